@@ -146,17 +146,26 @@ typedef struct quevar_f64x32m {
 #define QUEVAR_NAMES_4(v) v##0, v##1, v##2, v##3
 #define QUEVAR_NAMES_scalar QUEVAR_NAMES_1
 
-/* The arguments of a shape: V is applied to (element, W, name) of each vector, S to (element, name) of
- * a pointer. A: element of the first arguments, P: of what the pointer addresses. */
-#define QUEVAR_ARGUMENTS_unary(V, S, A, P, W) V(A, W, x)
-#define QUEVAR_ARGUMENTS_binary(V, S, A, P, W) V(A, W, x), V(A, W, y)
-#define QUEVAR_ARGUMENTS_ternary(V, S, A, P, W) V(A, W, x), V(A, W, y), V(A, W, z)
-#define QUEVAR_ARGUMENTS_with_int(V, S, A, P, W) V(A, W, x), V(i32, W, y)
-#define QUEVAR_ARGUMENTS_unary_pointer(V, S, A, P, W) V(A, W, x), S(P, p)
-#define QUEVAR_ARGUMENTS_binary_pointer(V, S, A, P, W) V(A, W, x), V(A, W, y), S(P, p)
-#define QUEVAR_ARGUMENTS_unary_pair QUEVAR_ARGUMENTS_unary
-#define QUEVAR_ARGUMENTS_binary_pair QUEVAR_ARGUMENTS_binary
-#define QUEVAR_POINTER(P, p) quevar_##P *p
+/* The vector arguments of a shape, each made by V of (element, W, name), and its pointer argument,
+ * made by S of the element that it addresses. A: element of the first argument. */
+#define QUEVAR_VECTORS_unary(V, A, W) V(A, W, x)
+#define QUEVAR_VECTORS_binary(V, A, W) V(A, W, x), V(A, W, y)
+#define QUEVAR_VECTORS_ternary(V, A, W) V(A, W, x), V(A, W, y), V(A, W, z)
+#define QUEVAR_VECTORS_with_int(V, A, W) V(A, W, x), V(i32, W, y)
+#define QUEVAR_VECTORS_unary_pointer QUEVAR_VECTORS_unary
+#define QUEVAR_VECTORS_binary_pointer QUEVAR_VECTORS_binary
+#define QUEVAR_VECTORS_unary_pair QUEVAR_VECTORS_unary
+#define QUEVAR_VECTORS_binary_pair QUEVAR_VECTORS_binary
+#define QUEVAR_POINTER_unary(S, P)
+#define QUEVAR_POINTER_binary(S, P)
+#define QUEVAR_POINTER_ternary(S, P)
+#define QUEVAR_POINTER_with_int(S, P)
+#define QUEVAR_POINTER_unary_pointer(S, P) S(P)
+#define QUEVAR_POINTER_binary_pointer(S, P) S(P)
+#define QUEVAR_POINTER_unary_pair(S, P)
+#define QUEVAR_POINTER_binary_pair(S, P)
+#define QUEVAR_POINTER_PARAMETER(P) , quevar_##P *p
+#define QUEVAR_POINTER_NAME(P) , p
 
 /* The result of a shape, in registers and in memory. */
 #define QUEVAR_SINGLE_scalar(R, W) quevar_##R
@@ -209,11 +218,13 @@ typedef struct quevar_f64x32m {
     QUEVAR_CAT(QUEVAR_WIDTHS_##shape##_, QUEVAR_SIZE_##A)(D, M, shape, A, __VA_ARGS__)
 
 #define QUEVAR_NAME(base, mark, tier, W) __quevar_##base##mark##W##tier
-#define QUEVAR_SIGNATURE(W, shape, A, R, P, name)                                                            \
-    QUEVAR_RESULT_##shape(R, W) name(QUEVAR_ARGUMENTS_##shape(QUEVAR_PARAMETER, QUEVAR_POINTER, A, P, W))
-#define QUEVAR_SIGNATURE_MEMORY(W, shape, A, R, P, name)                                                     \
-    QUEVAR_CAT(QUEVAR_RESULT_##shape, _MEMORY)                                                               \
-    (R, W) name(QUEVAR_ARGUMENTS_##shape(QUEVAR_PARAMETER_MEMORY, QUEVAR_POINTER, A, P, W))
+#define QUEVAR_PARAMETERS(V, W, shape, A, P)                                                           \
+    QUEVAR_VECTORS_##shape(V, A, W) QUEVAR_POINTER_##shape(QUEVAR_POINTER_PARAMETER, P)
+#define QUEVAR_SIGNATURE(W, shape, A, R, P, name)                                                      \
+    QUEVAR_RESULT_##shape(R, W) name(QUEVAR_PARAMETERS(QUEVAR_PARAMETER, W, shape, A, P))
+#define QUEVAR_SIGNATURE_MEMORY(W, shape, A, R, P, name)                                               \
+    QUEVAR_CAT(QUEVAR_RESULT_##shape, _MEMORY)                                                         \
+    (R, W) name(QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P))
 
 /* ---- The declarations ---- */
 

@@ -1,0 +1,96 @@
+// exp2f: 2 to the power x.
+#include "expf_rare.hpp"
+
+namespace quevar::exp2f {
+
+using namespace explog;
+
+struct Limits {
+    slot<i32> magnitude{0x7FFFFFFF};
+    slot<i32> special{0x42FC0000}; // 126: beyond it the result may leave the normal numbers
+};
+QUEVAR_CONSTANTS(Limits, limits){};
+
+struct Special {
+    // By pattern, so NaN and infinities too.
+    template <class V> static QUEVAR_INLINE auto beyond_limit(V x) {
+        return (bits(x) & limits.magnitude) > limits.special;
+    }
+
+    [[gnu::noinline]] static void rare(const f32 *x, f32 *r) {
+        if (infinite_or_nan(*x, r)) return;
+        const f64 X = *x;
+        if (!(X < 128)) {
+            *r = overflow();
+        } else if (!(X > -150)) {
+            *r = underflow();
+        } else {
+            const f64 shifter = f64_of(0x42D8000000000000); // 1.5 * 2^46: rounds to 1/64
+            const Sixtyfourths n(X + shifter, shifter);
+            *r = n.scaled(horner(X - n.value, f64_of(0x3F55D870C4D8440A), // 0.0013333417185814622
+                                 f64_of(0x3F83B2AD33F8B48B),              // 0.0096181422696537591
+                                 f64_of(0x3FAC6B08D7076268),              // 0.05550410866607508
+                                 f64_of(0x3FCEBFBDFF82A23A),              // 0.24022650695884967
+                                 f64_of(0x3FE62E42FEFA39EF),              // 0.69314718055994529
+                                 n.low));
+        }
+    }
+};
+
+// 2^(j/64) in two floats, and a polynomial of degree 2.
+using Rows = table<f32, 2, 64>;
+QUEVAR_CONSTANTS(Rows, rows) = {{
+#include "tables/exp2f_rows.inc"
+}};
+struct LongConstants {
+    slot<f32> shifter{0x48400000}; // 1.5 * 2^17: rounds to 1/64
+    slot<f32> c1{0x3F317243};      // 0.693149745
+    slot<f32> c2{0x3E75FDFC};      // 0.240226686
+    slot<i32> sign_and_exponent{0xFF800000};
+    slot<i32> index{0x3F};
+};
+QUEVAR_CONSTANTS(LongConstants, long_constants){};
+
+struct Long : Special {
+    template <class V> static QUEVAR_INLINE auto main(V x) {
+        const auto &k = long_constants;
+        const V t = x + k.shifter;
+        const V n = t - k.shifter;
+        const V r = x - n;
+        const auto [high, low] = fetch(rows, bits(t) & k.index);
+        const V p = fma(r, k.c2, k.c1);
+        const V w = high + fma(high, r * p, low);
+        const V result = number(bits(w) + ((bits(t) << 17) & k.sign_and_exponent));
+        return flagged(result, beyond_limit(x));
+    }
+};
+
+// No table: a polynomial of degree 3 over a whole octave. Its constant term is not 1.
+struct ShortConstants {
+    slot<f32> shifter{0x4B400000}; // 1.5 * 2^23
+    slot<f32> d0{0x3F7FFB49};      // 0.999928057
+    slot<f32> d1{0x3F31798D};      // 0.693260968
+    slot<f32> d2{0x3E786F13};      // 0.242611215
+    slot<f32> d3{0x3D61FBCC};      // 0.0551717728
+};
+QUEVAR_CONSTANTS(ShortConstants, short_constants){};
+
+struct Short : Special {
+    template <class V> static QUEVAR_INLINE auto main(V x) {
+        const auto &k = short_constants;
+        const V t = x + k.shifter;
+        const V n = t - k.shifter;
+        const V r = x - n;
+        V p = fma(r, k.d3, k.d2);
+        p = fma(r, p, k.d1);
+        p = fma(r, p, k.d0);
+        return flagged(number(bits(p) + (bits(t) << 23)), beyond_limit(x));
+    }
+};
+
+QUEVAR_EXPORT(exp2, f, , unary, f32, f32, void, Long)
+QUEVAR_EXPORT(exp2, f, _rm, unary, f32, f32, void, Long)
+QUEVAR_EXPORT(exp2, f, _native, unary, f32, f32, void, Short)
+QUEVAR_EXPORT(exp2, f, _half, unary, f32, f32, void, Short)
+
+} // namespace quevar::exp2f

@@ -1,0 +1,50 @@
+// What the rare paths of expf, exp2f and exp10f share: base^x = 2^k 2^(j/64) e^s, worked in double.
+#pragma once
+
+#include "frame/frame.hpp"
+
+namespace quevar::explog {
+
+// 2^(j/64) rounded to double, and the rest relative to it.
+using ExpRareRows = table<f64, 2, 64>;
+QUEVAR_CONSTANTS(ExpRareRows, exp_rare_rows) = {{
+#include "tables/exp_rare_rows.inc"
+}};
+
+// The integer 64 k + j that stands in the low bits of sum after the shifter was added to it.
+struct Sixtyfourths {
+    f64 value, high, low;
+    int k;
+
+    Sixtyfourths(f64 sum, f64 shifter) : value(sum - shifter) {
+        const int m = (int)pattern_of(sum), j = m & 63;
+        high = exp_rare_rows(j, 0);
+        low = exp_rare_rows(j, 1);
+        k = m >> 6;
+    }
+    // (1 + p) 2^(j/64) 2^k; where the float is denormal the conversion alone rounds it.
+    f32 scaled(f64 p) const { return (f32)((p * high + high) * power_of_two(k + 1023)); }
+};
+
+inline f64 horner(f64, f64 c0) { return c0; }
+// c0 x^n + c1 x^(n-1) + ...
+template <class... C> f64 horner(f64 x, f64 c0, f64 c1, C... c) { return horner(x, c0 * x + c1, c...); }
+
+// True if x is infinite or NaN, with its result in r.
+inline bool infinite_or_nan(f32 x, f32 *r) {
+    if (exponent_field(x) != format<f32>::field_max) return false;
+    *r = pattern_of(x) == 0xFF800000 ? 0.0f : x * x;
+    return true;
+}
+
+// Made at run time, so that they follow the caller's rounding mode.
+inline f32 overflow() {
+    const f64 huge = at_run_time(f64_of(0x7FEFFFFFFFFFFFFF));
+    return (f32)(huge * huge);
+}
+inline f32 underflow() {
+    const f64 tiny = at_run_time(f64_of(0x0010000000000001));
+    return (f32)(tiny * tiny);
+}
+
+} // namespace quevar::explog

@@ -1,0 +1,87 @@
+// Read-only data in the form that every width reads without a broadcast, and lookups in it.
+#pragma once
+
+#include "vec.hpp"
+
+// Defines a block of constants or a table, QUEVAR_CONSTANTS(type, name) initialiser. It is weak, though never
+// replaced: what the compiler could see as values it would turn into broadcasts and literals, and the fused
+// operations would lose their memory operands.
+#define QUEVAR_CONSTANTS(type, name)                                                                         \
+    [[gnu::weak, gnu::visibility("hidden")]] extern const type name;                                         \
+    constinit const type name
+
+namespace quevar {
+
+// One constant, given by its pattern and repeated over 32 bytes: a load of any width's length finds it in
+// every lane, as the memory operand of the operation that uses it.
+template <class T> struct alignas(32) slot {
+    unsigned_bits<T> pattern[32 / sizeof(T)];
+
+    consteval slot(unsigned_bits<T> bits) : pattern{} {
+        for (auto &p : pattern) p = bits;
+    }
+    template <int N, int L> QUEVAR_INLINE operator vec<T, N, L>() const {
+        using V = vec<T, N, L>;
+        return {*reinterpret_cast<const typename V::raw *>(pattern)};
+    }
+};
+
+// A table of four floats, repeated in each 128 bits, read by a permute within the register.
+struct alignas(32) row_slot {
+    u32 pattern[8];
+
+    consteval row_slot(u32 a, u32 b, u32 c, u32 d) : pattern{a, b, c, d, a, b, c, d} {}
+
+    // In each lane the entry that the two lowest bits of n name; the permute ignores the other bits.
+    template <int N, int L> QUEVAR_INLINE vec<f32, N, L> operator[](vec<i32, N, L> n) const {
+        if constexpr (N == 8)
+            return {_mm256_permutevar_ps(_mm256_load_ps((const f32 *)pattern), (__m256i)n.v)};
+        else return {_mm_permutevar_ps(_mm_load_ps((const f32 *)pattern), (__m128i)n.v)};
+    }
+};
+
+// Rows of C entries, given by their patterns, side by side.
+template <class T, int C, int Rows> struct alignas(64) table {
+    unsigned_bits<T> row[Rows][C];
+
+    // One entry, for the rare paths.
+    T operator()(int r, int c) const { return __builtin_bit_cast(T, row[r][c]); }
+};
+
+template <class V, int C> struct columns {
+    V column[C];
+};
+template <std::size_t I, class V, int C> QUEVAR_INLINE V get(const columns<V, C> &c) { return c.column[I]; }
+
+// Row fetch: for each lane one load of the whole row, then a transposition. The caller has masked the row numbers,
+// so that they are in the table whatever the lane holds.
+template <int Rows, int N, int L>
+QUEVAR_INLINE columns<vec<f32, N, L>, 2> fetch(const table<f32, 2, Rows> &t, vec<i32, N, L> number) {
+    using V = vec<f32, N, L>;
+    const double *const base = reinterpret_cast<const double *>(t.row); // a row as one value to load
+    // Two rows in one register; their numbers come in one 64-bit extraction.
+    const auto two_rows = [base](i64 numbers) __attribute__((always_inline)) {
+        return _mm_castpd_ps(_mm_loadh_pd(_mm_load_sd(base + (u32)numbers), base + ((u64)numbers >> 32)));
+    };
+    if constexpr (L == 1) {
+        const __m128 row = _mm_castpd_ps(_mm_loaddup_pd(base + (u32)number.v[0]));
+        return {V{_mm_moveldup_ps(row)}, V{_mm_movehdup_ps(row)}};
+    } else if constexpr (N == 4) {
+        const __m128 a = two_rows(_mm_cvtsi128_si64((__m128i)number.v));
+        const __m128 b = L == 2 ? a : two_rows(_mm_extract_epi64((__m128i)number.v, 1));
+        return {V{_mm_shuffle_ps(a, b, 0x88)}, V{_mm_shuffle_ps(a, b, 0xDD)}};
+    } else {
+        const __m128i lower = _mm256_castsi256_si128((__m256i)number.v);
+        const __m128i upper = _mm256_extracti128_si256((__m256i)number.v, 1);
+        const __m256 a = _mm256_set_m128(two_rows(_mm_cvtsi128_si64(upper)), two_rows(_mm_cvtsi128_si64(lower)));
+        const __m256 b = _mm256_set_m128(two_rows(_mm_extract_epi64(upper, 1)), two_rows(_mm_extract_epi64(lower, 1)));
+        return {V{_mm256_shuffle_ps(a, b, 0x88)}, V{_mm256_shuffle_ps(a, b, 0xDD)}};
+    }
+}
+
+} // namespace quevar
+
+template <class V, int C> struct std::tuple_size<quevar::columns<V, C>> : std::integral_constant<std::size_t, C> {};
+template <std::size_t I, class V, int C> struct std::tuple_element<I, quevar::columns<V, C>> {
+    using type = V;
+};

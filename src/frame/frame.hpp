@@ -1,0 +1,6 @@
+// All that a family file includes.
+#pragma once
+
+#include "constants.hpp"
+#include "member.hpp"
+#include "scalar.hpp"

@@ -1,0 +1,366 @@
+// From a family's steps to its six exported members: how lanes are taken from the parameters and put in the
+// result at each width, the test for special lanes, and the lane loop.
+//
+// A family is a class with
+//
+//     main(x...)       template over the working vector; straight-line. Gives the result; or two{first, second};
+//                      or flagged{either, special}, where special is a mask of the lanes that it leaves to
+//                      settle or rare.
+//     settle(x..., r)  optional, as main, run only if some lane is special: a vector fix-up or stage. Takes
+//                      main's result and gives flagged{result, the lanes that remain}.
+//     rare(x..., r...) pointers to one lane of each argument and result; called for each special lane. It may
+//                      leave a result alone.
+//     bytes            optional: size of the widest element that main works on, where that is larger than
+//                      those of argument and result.
+#pragma once
+
+#include <string_view>
+#include <tuple>
+
+#include "quevar/quevar.h"
+#include "vec.hpp"
+
+namespace quevar {
+
+struct none {};
+
+// What a step gives: one or two results, and the mask of the lanes whose results come from elsewhere.
+template <class First, class Second = none, class Special = none> struct outcome {
+    First first;
+    Second second;
+    Special special;
+};
+template <class A, class B> QUEVAR_INLINE outcome<A, B> two(A first, B second) { return {first, second, {}}; }
+template <class A, class M> QUEVAR_INLINE outcome<A, none, M> flagged(A value, M special) {
+    return {value, {}, special};
+}
+template <class A, class B, class M> QUEVAR_INLINE outcome<A, B, M> flagged(A first, B second, M special) {
+    return {first, second, special};
+}
+
+namespace frame {
+
+// ---- The working form of width W: `parts` vectors of `lanes` lanes of elements up to `bytes` long ----
+
+template <int W, int Bytes> struct working {
+    static constexpr int lanes = Bytes == 4 ? (W >= 8 ? 8 : 4) : (W >= 3 ? 4 : 2);
+    static constexpr int live = W < 3 && W < lanes ? W : lanes;
+    static constexpr int parts = W > lanes ? W / lanes : 1;
+    template <class T> using vector = vec<T, lanes, live>;
+};
+
+template <class V, int P> struct parts {
+    V part[P];
+};
+
+template <int N, class F> QUEVAR_INLINE void for_each_part(F f) {
+    [&]<int... P>(std::integer_sequence<int, P...>) __attribute__((always_inline)) {
+        (f(std::integral_constant<int, P>{}), ...);
+    }(std::make_integer_sequence<int, N>{});
+}
+
+// K lanes from lane First of a raw vector.
+template <int First, int K, class Raw> QUEVAR_INLINE auto slice(Raw x) {
+    return [x]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
+        return __builtin_shufflevector(x, x, (First + I)...);
+    }(std::make_integer_sequence<int, K>{});
+}
+template <class Raw> constexpr int lanes_of = sizeof(Raw) / sizeof(std::declval<Raw>()[0]);
+template <class Raw> QUEVAR_INLINE auto concat(Raw a, Raw b) {
+    return [a, b]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
+        return __builtin_shufflevector(a, b, I...);
+    }(std::make_integer_sequence<int, 2 * lanes_of<Raw>>{});
+}
+
+// ---- Parameters to parts ----
+
+// Width 1 is broadcast, lanes 0 and 1 are copied into spare lanes at width 2, and lane 3 is the filler at width 3.
+template <class T, int W, class Work, class... Raw> QUEVAR_INLINE auto take(T filler, Raw... raw) {
+    using V = typename Work::template vector<T>;
+    parts<V, Work::parts> x;
+    if constexpr (W == 1) {
+        x.part[0] = V::splat(raw...);
+    } else if constexpr (W == 2 && Work::lanes == 4) {
+        x.part[0].v = __builtin_shufflevector(raw..., raw..., 0, 1, 0, 1);
+    } else if constexpr (W == 3) {
+        x.part[0].v = __builtin_shufflevector(raw..., V::splat(filler).v, 0, 1, 2, 4);
+    } else {
+        const std::tuple all{raw...};
+        constexpr int lanes = W / sizeof...(Raw);
+        for_each_part<Work::parts>([&](auto p) __attribute__((always_inline)) {
+            constexpr int first = p * Work::lanes;
+            x.part[p].v = slice<first % lanes, Work::lanes>(std::get<first / lanes>(all));
+        });
+    }
+    return x;
+}
+
+// ---- Parts to results ----
+
+template <int W, class V, int P> QUEVAR_INLINE auto single(parts<V, P> r) {
+    if constexpr (W == 1) return r.part[0].v[0];
+    else if constexpr (P == 1) return slice<0, W == 3 ? 4 : W>(r.part[0].v);
+    else if constexpr (P == 2) return concat(r.part[0].v, r.part[1].v);
+    else return concat(concat(r.part[0].v, r.part[1].v), concat(r.part[2].v, r.part[3].v));
+}
+
+// Each vector of a pair has a register of its own: the low lanes of one 256-bit half of the result.
+template <int W, class V, int P> QUEVAR_INLINE auto pair(parts<V, P> a, parts<V, P> b) {
+    using T = typename V::element;
+    if constexpr (W == 1 && std::is_integral_v<T>) {
+        return (u64)(u32)a.part[0].v[0] | (u64)(u32)b.part[0].v[0] << 32;
+    } else if constexpr (W == 1) {
+        typename vec<T, 16 / sizeof(T)>::raw packed{};
+        packed[0] = a.part[0].v[0];
+        packed[1] = b.part[0].v[0];
+        return packed;
+    } else if constexpr (P == 2) {
+        return concat(concat(a.part[0].v, a.part[1].v), concat(b.part[0].v, b.part[1].v));
+    } else if constexpr (sizeof(typename V::raw) == 32) {
+        return concat(a.part[0].v, b.part[0].v);
+    } else {
+        return concat(concat(a.part[0].v, a.part[0].v), concat(b.part[0].v, b.part[0].v));
+    }
+}
+
+// ---- Values in memory: no alignment but the element's, and the bytes of the form, no more ----
+
+template <class Raw, class T> QUEVAR_INLINE void store_raw(T *p, Raw x) {
+    struct [[gnu::packed, gnu::may_alias]] unaligned {
+        Raw raw;
+    };
+    reinterpret_cast<unaligned *>(p)->raw = x;
+}
+template <class Raw, class T> QUEVAR_INLINE Raw load_raw(const T *p) {
+    struct [[gnu::packed, gnu::may_alias]] unaligned {
+        Raw raw;
+    };
+    return reinterpret_cast<const unaligned *>(p)->raw;
+}
+
+template <int W, class T, int P, int N, int L> QUEVAR_INLINE void store(T *p, parts<vec<T, N, L>, P> x) {
+    if constexpr (W == 1) *p = x.part[0].v[0];
+    else if constexpr (P == 1) store_raw(p, slice<0, W == 2 ? 2 : N>(x.part[0].v));
+    else
+        for_each_part<P>([&](auto i) __attribute__((always_inline)) { store_raw(p + i * N, x.part[i].v); });
+}
+template <int W, class Work, class T> QUEVAR_INLINE auto load(const T *p) {
+    using V = typename Work::template vector<T>;
+    parts<V, Work::parts> x;
+    if constexpr (W == 1) x.part[0] = V::splat(*p);
+    else if constexpr (W == 2) x = take<T, W, Work>(T{}, load_raw<typename vec<T, 2>::raw>(p));
+    else
+        for_each_part<Work::parts>([&](auto i) __attribute__((always_inline)) {
+            x.part[i].v = load_raw<typename V::raw>(p + i * Work::lanes);
+        });
+    return x;
+}
+
+// ---- A step over all parts, and the special mask ----
+
+template <class T, int N, int L> QUEVAR_INLINE outcome<vec<T, N, L>> as_outcome(vec<T, N, L> r) { return {r, {}, {}}; }
+template <class A, class B, class M> QUEVAR_INLINE outcome<A, B, M> as_outcome(outcome<A, B, M> o) { return o; }
+
+template <int P, class A, class B, class M> auto outcome_parts(outcome<A, B, M>) -> outcome<parts<A, P>, parts<B, P>, parts<M, P>>;
+
+template <int P, class Step, class... X> QUEVAR_INLINE auto over_parts(Step step, const parts<X, P> &...x) {
+    decltype(outcome_parts<P>(as_outcome(step(x.part[0]...)))) out;
+    for_each_part<P>([&](auto p) __attribute__((always_inline)) {
+        const auto o = as_outcome(step(x.part[p]...));
+        out.first.part[p] = o.first;
+        out.second.part[p] = o.second;
+        out.special.part[p] = o.special;
+    });
+    return out;
+}
+
+template <class M, int P> QUEVAR_INLINE unsigned joined_mask(const parts<M, P> &special) {
+    unsigned mask = 0;
+    for_each_part<P>([&](auto p) __attribute__((always_inline)) {
+        mask |= sign_bits(special.part[p]) << p * M::lanes;
+    });
+    return mask;
+}
+template <class M, int P> QUEVAR_INLINE bool any_special(const parts<M, P> &special) {
+    M any = special.part[0];
+    for_each_part<P>([&](auto p) __attribute__((always_inline)) { any = any | special.part[p]; });
+    return sign_bits(any) != 0;
+}
+template <int P> QUEVAR_INLINE bool any_special(const parts<none, P> &) { return false; }
+
+template <class> constexpr bool is_none = false;
+template <int P> constexpr bool is_none<parts<none, P>> = true;
+
+// ---- Special lanes ----
+
+// The lanes of an argument or result as an array, for the rare path to point into.
+template <class V, int P> struct lane_array {
+    using T = typename V::element;
+    alignas(64) T lane[P * V::lanes];
+
+    explicit lane_array(const parts<V, P> &x) { store<P * V::lanes>(lane, x); }
+    parts<V, P> reload() const {
+        parts<V, P> x;
+        for_each_part<P>([&](auto p) { x.part[p].v = load_raw<typename V::raw>(lane + p * V::lanes); });
+        return x;
+    }
+};
+template <int P> struct lane_array<none, P> {
+    explicit lane_array(const parts<none, P> &) {}
+    parts<none, P> reload() const { return {}; }
+};
+
+template <class F, class... Lane> void lane_loop(unsigned mask, Lane *...lane) {
+    for (; mask; mask &= mask - 1) {
+        const int i = __builtin_ctz(mask);
+        F::rare(lane + i...);
+    }
+}
+
+// The pointer itself, unknown to the compiler: knowing that a twin returns it, the compiler would return it
+// after the call instead of jumping.
+template <class T> inline T *opaque(T *p) {
+    asm("" : "+r"(p));
+    return p;
+}
+
+// ---- The member ----
+
+consteval bool is_pair(std::string_view shape) { return shape.ends_with("_pair"); }
+
+template <class F, class Row, int W> struct member {
+    using A = typename Row::A;
+    using R = typename Row::R;
+    static constexpr int bytes = [] {
+        if constexpr (requires { F::bytes; }) return F::bytes;
+        else return (int)(sizeof(A) > sizeof(R) ? sizeof(A) : sizeof(R));
+    }();
+    using Work = working<W, bytes>;
+    static constexpr int P = Work::parts;
+
+    template <class T, class... Raw> static QUEVAR_INLINE auto take(Raw... raw) {
+        if constexpr (std::is_same_v<T, A>) return frame::take<T, W, Work>(Row::filler, raw...);
+        else return frame::take<T, W, Work>(T(1), raw...);
+    }
+    template <class T, class Block> static QUEVAR_INLINE auto load(const Block &block) {
+        return frame::load<W, Work>((const T *)&block);
+    }
+
+    template <class... V> static QUEVAR_INLINE auto main(const parts<V, P> &...x) {
+        return over_parts<P>([](auto... v) __attribute__((always_inline)) { return F::main(v...); }, x...);
+    }
+    template <class Out> static QUEVAR_INLINE bool any_special(const Out &out) {
+        return frame::any_special(out.special);
+    }
+    // The same, then settle and the lane loop: everything again for all lanes, which costs little beside them.
+    template <class... V> static auto all_paths(const parts<V, P> &...x) {
+        auto out = main(x...);
+        if constexpr (!is_none<decltype(out.special)>) {
+            if constexpr (requires { F::settle(x.part[0]..., out.first.part[0], out.second.part[0]); })
+                out = over_parts<P>([](auto... v) { return F::settle(v...); }, x..., out.first, out.second);
+            else if constexpr (requires { F::settle(x.part[0]..., out.first.part[0]); })
+                out = over_parts<P>([](auto... v) { return F::settle(v...); }, x..., out.first);
+            if (const unsigned mask = joined_mask(out.special)) {
+                lane_array first(out.first);
+                lane_array second(out.second);
+                if constexpr (is_none<decltype(out.second)>) lane_loop<F>(mask, lane_array(x).lane..., first.lane);
+                else lane_loop<F>(mask, lane_array(x).lane..., first.lane, second.lane);
+                out.first = first.reload();
+                out.second = second.reload();
+            }
+        }
+        return out;
+    }
+
+    // The result as the member returns it, a second one stored through the pointer; and both stored in a block.
+    template <class Out, class S = void> static QUEVAR_INLINE auto result(const Out &out, S *second = nullptr) {
+        if constexpr (Row::pair) {
+            return pair<W>(out.first, out.second);
+        } else {
+            if constexpr (!is_none<decltype(out.second)>) store<W>(second, out.second);
+            return single<W>(out.first);
+        }
+    }
+    template <class Out, class S = void>
+    static QUEVAR_INLINE void store_result(R *block, const Out &out, S *second = nullptr) {
+        store<W>(block, out.first);
+        if constexpr (Row::pair) store<W>(block + W, out.second);
+        else if constexpr (!is_none<decltype(out.second)>) store<W>(second, out.second);
+    }
+};
+
+} // namespace frame
+
+// ---- Export lines ----
+
+// What families.def says of a family, for the frame.
+#define QUEVAR_ROW(base, mark, tier, shape, A_, R_, P_, filler_, bound)                                      \
+    struct base##_##mark##tier {                                                                             \
+        using A = A_;                                                                                        \
+        using R = R_;                                                                                        \
+        using P = P_;                                                                                        \
+        static constexpr A filler = filler_;                                                                 \
+        static constexpr bool pair = frame::is_pair(#shape);                                                 \
+    };
+namespace rows {
+#define QUEVAR_FAMILY QUEVAR_ROW
+#include "quevar/families.def"
+#undef QUEVAR_FAMILY
+} // namespace rows
+
+} // namespace quevar
+
+// Defines the six members of a family: QUEVAR_EXPORT(exp, f, _native, unary, f32, f32, void, Family).
+//
+// A member computes the main path and returns. Where a lane is special it calls its twin, which starts over, with the
+// same parameters: as those still lie where the caller put them the call is a plain jump, and the ordinary path
+// needs no frame.
+#define QUEVAR_EXPORT(base, mark, tier, shape, A, R, P, ...)                                                 \
+    QUEVAR_MEMBERS(QUEVAR_DEFINE, QUEVAR_DEFINE_MEMORY, shape, A, R, P, base, mark, tier, __VA_ARGS__)
+#define QUEVAR_MEMBER(W, base, mark, tier, ...)                                                              \
+    quevar::frame::member<__VA_ARGS__, quevar::rows::base##_##mark##tier, W>
+#define QUEVAR_TAKE(T, W, v) m::take<quevar::T>(QUEVAR_FORM(QUEVAR_NAMES_, T, W)(v))
+#define QUEVAR_TAKE_MEMORY(T, W, v) m::load<quevar::T>(v)
+#define QUEVAR_NAMES(T, W, v) QUEVAR_FORM(QUEVAR_NAMES_, T, W)(v)
+#define QUEVAR_NAMES_MEMORY(T, W, v) v
+
+#define QUEVAR_DEFINE(W, shape, A, R, P, base, mark, tier, ...)                                              \
+    [[gnu::noinline, gnu::cold]] QUEVAR_SIGNATURE(W, shape, A, R, P, special_##base##mark##W##tier) { \
+        using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
+        return m::result(m::all_paths(QUEVAR_VECTORS_##shape(QUEVAR_TAKE, A, W))                             \
+                             QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                                \
+    }                                                                                                        \
+    extern "C" [[gnu::visibility("default")]] QUEVAR_SIGNATURE(W, shape, A, R, P,                            \
+                                                               QUEVAR_NAME(base, mark, tier, W)) {           \
+        using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
+        const auto out = m::main(QUEVAR_VECTORS_##shape(QUEVAR_TAKE, A, W));                                 \
+        if (m::any_special(out)) [[unlikely]]                                                                \
+            return special_##base##mark##W##tier(QUEVAR_VECTORS_##shape(QUEVAR_NAMES, A, W)                  \
+                                                     QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));        \
+        return m::result(out QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                                \
+    }
+
+// A result in memory is declared as what it is to the processor, a block whose address comes and goes.
+#define QUEVAR_DEFINE_MEMORY(W, shape, A, R, P, base, mark, tier, ...)                                       \
+    [[gnu::noinline, gnu::cold]] quevar_##R *special_##base##mark##W##tier(                           \
+        quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P)) {                         \
+        using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
+        m::store_result(r, m::all_paths(QUEVAR_VECTORS_##shape(QUEVAR_TAKE_MEMORY, A, W))                    \
+                               QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                              \
+        return quevar::frame::opaque(r);                                                                     \
+    }                                                                                                        \
+    [[gnu::visibility("default")]] quevar_##R *memory_##base##mark##W##tier(                                 \
+        quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P))                           \
+        asm(QUEVAR_STRING(QUEVAR_NAME(base, mark, tier, W)));                                                \
+    quevar_##R *memory_##base##mark##W##tier(                                                                \
+        quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P)) {                         \
+        using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
+        const auto out = m::main(QUEVAR_VECTORS_##shape(QUEVAR_TAKE_MEMORY, A, W));                          \
+        m::store_result(r, out QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                              \
+        if (m::any_special(out)) [[unlikely]]                                                                \
+            return special_##base##mark##W##tier(r, QUEVAR_VECTORS_##shape(QUEVAR_NAMES_MEMORY, A, W)        \
+                                                        QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));     \
+        return r;                                                                                            \
+    }
+#define QUEVAR_STRING(name) QUEVAR_STRING_(name)
+#define QUEVAR_STRING_(name) #name
