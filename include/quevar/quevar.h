@@ -218,12 +218,12 @@ typedef struct quevar_f64x32m {
     QUEVAR_CAT(QUEVAR_WIDTHS_##shape##_, QUEVAR_SIZE_##A)(D, M, shape, A, __VA_ARGS__)
 
 #define QUEVAR_NAME(base, mark, tier, W) __quevar_##base##mark##W##tier
-#define QUEVAR_PARAMETERS(V, W, shape, A, P)                                                           \
+#define QUEVAR_PARAMETERS(V, W, shape, A, P)                                                                 \
     QUEVAR_VECTORS_##shape(V, A, W) QUEVAR_POINTER_##shape(QUEVAR_POINTER_PARAMETER, P)
-#define QUEVAR_SIGNATURE(W, shape, A, R, P, name)                                                      \
+#define QUEVAR_SIGNATURE(W, shape, A, R, P, name)                                                            \
     QUEVAR_RESULT_##shape(R, W) name(QUEVAR_PARAMETERS(QUEVAR_PARAMETER, W, shape, A, P))
-#define QUEVAR_SIGNATURE_MEMORY(W, shape, A, R, P, name)                                               \
-    QUEVAR_CAT(QUEVAR_RESULT_##shape, _MEMORY)                                                         \
+#define QUEVAR_SIGNATURE_MEMORY(W, shape, A, R, P, name)                                                     \
+    QUEVAR_CAT(QUEVAR_RESULT_##shape, _MEMORY)                                                               \
     (R, W) name(QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P))
 
 /* ---- The declarations ---- */

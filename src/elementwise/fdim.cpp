@@ -3,9 +3,7 @@
 
 namespace quevar::fdim {
 
-template <class T> struct Constants {
-    slot<signed_bits<T>> exponent{format<T>::exponent};
-};
+template <class T> struct Constants { slot<signed_bits<T>> exponent{format<T>::exponent}; };
 QUEVAR_CONSTANTS(Constants<f32>, fdimf_constants){};
 QUEVAR_CONSTANTS(Constants<f64>, fdim_constants){};
 
@@ -18,8 +16,10 @@ template <class T, const Constants<T> &k> struct Fdim {
 
     // Infinities in order keep the main path's result; of two NaNs y wins.
     static void rare(const T *x, const T *y, T *r) {
-        if (is_nan(*x)) *r = quiet(*x);
-        if (is_nan(*y)) *r = quiet(*y);
+        if (is_nan(*x))
+            *r = quiet(*x);
+        if (is_nan(*y))
+            *r = quiet(*y);
     }
 };
 

@@ -27,7 +27,8 @@ struct Special {
     }
 
     [[gnu::noinline]] static void rare(const f32 *x, f32 *r) {
-        if (infinite_or_nan(*x, r)) return;
+        if (infinite_or_nan(*x, r))
+            return;
         const f64 X = *x, shifter = f64_of(0x4338000000000000);                  // 1.5 * 2^52
         const Sixtyfourths n(f64_of(0x40571547652B82FE) * X + shifter, shifter); // 64/ln 2
         // ln 2/64 in two parts; the product with the high one is exact.
@@ -41,8 +42,8 @@ struct Special {
         *r = X >= f64_of(0xC055D589E0000000) ? n.scaled(p) : denormal(n, p); // -87.336540222167969
     }
 
-    // 2^60 e^x = a + b is split at the last place of the denormal result, 2^(60-149), before the power of two is
-    // taken off, so that the conversion rounds a sum whose error is far below that place.
+    // 2^60 e^x = a + b is split at the last place of the denormal result, 2^(60-149), before the power of two
+    // is taken off, so that the conversion rounds a sum whose error is far below that place.
     static f32 denormal(const Sixtyfourths &n, f64 p) {
         const f64 scale = power_of_two(n.k + 1083), unscale = f64_of(0x3C30000000000000); // 2^-60
         const f64 a = (p * n.high) * scale, b = scale * n.high;
@@ -59,7 +60,8 @@ struct LongConstants {
     slot<f32> shifter{0x4B4001FC};       // 1.5 * 2^23 + 4 * 127: 4k + j with the exponent's bias on k
     slot<f32> ln2_high{0x3E317000};      // ln 2/4: 0.173278809
     slot<f32> ln2_low{0x3705FDF4};       //         7.98654582e-06
-    row_slot low{0x00000000, 0x33092801, 0x329302AE, 0xB27CE182};  // what high leaves of 2^(j/4), relative to it
+    row_slot low{0x00000000, 0x33092801, 0x329302AE,
+                 0xB27CE182}; // what high leaves of 2^(j/4), relative to it
     row_slot high{0x3F800000, 0x3F9837F0, 0x3FB504F3, 0x3FD744FD}; // 2^(j/4)
     slot<f32> c3{0x3D2ABB12};                                      // 0.0416823104
     slot<f32> c2{0x3E2ABB12};                                      // 0.166729242

@@ -18,7 +18,8 @@ template <class T> struct alignas(32) slot {
     unsigned_bits<T> pattern[32 / sizeof(T)];
 
     consteval slot(unsigned_bits<T> bits) : pattern{} {
-        for (auto &p : pattern) p = bits;
+        for (auto &p : pattern)
+            p = bits;
     }
     template <int N, int L> QUEVAR_INLINE operator vec<T, N, L>() const {
         using V = vec<T, N, L>;
@@ -36,7 +37,8 @@ struct alignas(32) row_slot {
     template <int N, int L> QUEVAR_INLINE vec<f32, N, L> operator[](vec<i32, N, L> n) const {
         if constexpr (N == 8)
             return {_mm256_permutevar_ps(_mm256_load_ps((const f32 *)pattern), (__m256i)n.v)};
-        else return {_mm_permutevar_ps(_mm_load_ps((const f32 *)pattern), (__m128i)n.v)};
+        else
+            return {_mm_permutevar_ps(_mm_load_ps((const f32 *)pattern), (__m128i)n.v)};
     }
 };
 
@@ -48,13 +50,11 @@ template <class T, int C, int Rows> struct alignas(64) table {
     T operator()(int r, int c) const { return __builtin_bit_cast(T, row[r][c]); }
 };
 
-template <class V, int C> struct columns {
-    V column[C];
-};
+template <class V, int C> struct columns { V column[C]; };
 template <std::size_t I, class V, int C> QUEVAR_INLINE V get(const columns<V, C> &c) { return c.column[I]; }
 
-// Row fetch: for each lane one load of the whole row, then a transposition. The caller has masked the row numbers,
-// so that they are in the table whatever the lane holds.
+// Row fetch: for each lane one load of the whole row, then a transposition. The caller has masked the row
+// numbers, so that they are in the table whatever the lane holds.
 template <int Rows, int N, int L>
 QUEVAR_INLINE columns<vec<f32, N, L>, 2> fetch(const table<f32, 2, Rows> &t, vec<i32, N, L> number) {
     using V = vec<f32, N, L>;
@@ -73,15 +73,49 @@ QUEVAR_INLINE columns<vec<f32, N, L>, 2> fetch(const table<f32, 2, Rows> &t, vec
     } else {
         const __m128i lower = _mm256_castsi256_si128((__m256i)number.v);
         const __m128i upper = _mm256_extracti128_si256((__m256i)number.v, 1);
-        const __m256 a = _mm256_set_m128(two_rows(_mm_cvtsi128_si64(upper)), two_rows(_mm_cvtsi128_si64(lower)));
-        const __m256 b = _mm256_set_m128(two_rows(_mm_extract_epi64(upper, 1)), two_rows(_mm_extract_epi64(lower, 1)));
+        const __m256 a =
+            _mm256_set_m128(two_rows(_mm_cvtsi128_si64(upper)), two_rows(_mm_cvtsi128_si64(lower)));
+        const __m256 b =
+            _mm256_set_m128(two_rows(_mm_extract_epi64(upper, 1)), two_rows(_mm_extract_epi64(lower, 1)));
         return {V{_mm256_shuffle_ps(a, b, 0x88)}, V{_mm256_shuffle_ps(a, b, 0xDD)}};
     }
 }
 
+// The same for rows of four columns, or eight, and so on: 16 bytes a load.
+template <int C, int Rows, int N, int L>
+requires(C % 4 == 0) QUEVAR_INLINE columns<vec<f32, N, L>, C> fetch(const table<f32, C, Rows> &t,
+                                                                    vec<i32, N, L> number) {
+    columns<vec<f32, N, L>, C> out;
+    const auto four_entries = [&](int lane, int c) __attribute__((always_inline)) {
+        return _mm_load_ps((const f32 *)t.row[(u32)number.v[lane]] + c);
+    };
+#pragma clang loop unroll(full)
+    for (int c = 0; c < C; c += 4) {
+        if constexpr (N == 4) {
+            __m128 a = four_entries(0, c), b = four_entries(L > 1 ? 1 : 0, c);
+            __m128 d = L > 2 ? four_entries(2, c) : a, e = L > 2 ? four_entries(3, c) : b;
+            _MM_TRANSPOSE4_PS(a, b, d, e);
+            out.column[c].v = a, out.column[c + 1].v = b, out.column[c + 2].v = d, out.column[c + 3].v = e;
+        } else {
+            __m256 r[4];
+#pragma clang loop unroll(full)
+            for (int i = 0; i < 4; i++)
+                r[i] = _mm256_set_m128(four_entries(i + 4, c), four_entries(i, c));
+            const __m256 a = _mm256_unpacklo_ps(r[0], r[1]), b = _mm256_unpackhi_ps(r[0], r[1]);
+            const __m256 d = _mm256_unpacklo_ps(r[2], r[3]), e = _mm256_unpackhi_ps(r[2], r[3]);
+            out.column[c].v = _mm256_shuffle_ps(a, d, 0x44),
+            out.column[c + 1].v = _mm256_shuffle_ps(a, d, 0xEE);
+            out.column[c + 2].v = _mm256_shuffle_ps(b, e, 0x44),
+                           out.column[c + 3].v = _mm256_shuffle_ps(b, e, 0xEE);
+        }
+    }
+    return out;
+}
+
 } // namespace quevar
 
-template <class V, int C> struct std::tuple_size<quevar::columns<V, C>> : std::integral_constant<std::size_t, C> {};
+template <class V, int C>
+struct std::tuple_size<quevar::columns<V, C>> : std::integral_constant<std::size_t, C> {};
 template <std::size_t I, class V, int C> struct std::tuple_element<I, quevar::columns<V, C>> {
     using type = V;
 };

@@ -3,4 +3,5 @@
 
 #include "constants.hpp"
 #include "member.hpp"
+#include "operations.hpp"
 #include "scalar.hpp"

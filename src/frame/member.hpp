@@ -3,7 +3,8 @@
 //
 // A family is a class with
 //
-//     main(x...)       template over the working vector; straight-line. Gives the result; or two{first, second};
+//     main(x...)       template over the working vector; straight-line. Gives the result; or two{first,
+//     second};
 //                      or flagged{either, special}, where special is a mask of the lanes that it leaves to
 //                      settle or rare.
 //     settle(x..., r)  optional, as main, run only if some lane is special: a vector fix-up or stage. Takes
@@ -49,32 +50,34 @@ template <int W, int Bytes> struct working {
     template <class T> using vector = vec<T, lanes, live>;
 };
 
-template <class V, int P> struct parts {
-    V part[P];
-};
+template <class V, int P> struct parts { V part[P]; };
 
 template <int N, class F> QUEVAR_INLINE void for_each_part(F f) {
     [&]<int... P>(std::integer_sequence<int, P...>) __attribute__((always_inline)) {
         (f(std::integral_constant<int, P>{}), ...);
-    }(std::make_integer_sequence<int, N>{});
+    }
+    (std::make_integer_sequence<int, N>{});
 }
 
 // K lanes from lane First of a raw vector.
 template <int First, int K, class Raw> QUEVAR_INLINE auto slice(Raw x) {
     return [x]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
         return __builtin_shufflevector(x, x, (First + I)...);
-    }(std::make_integer_sequence<int, K>{});
+    }
+    (std::make_integer_sequence<int, K>{});
 }
 template <class Raw> constexpr int lanes_of = sizeof(Raw) / sizeof(std::declval<Raw>()[0]);
 template <class Raw> QUEVAR_INLINE auto concat(Raw a, Raw b) {
-    return [a, b]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
+    return [ a, b ]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
         return __builtin_shufflevector(a, b, I...);
-    }(std::make_integer_sequence<int, 2 * lanes_of<Raw>>{});
+    }
+    (std::make_integer_sequence<int, 2 * lanes_of<Raw>>{});
 }
 
 // ---- Parameters to parts ----
 
-// Width 1 is broadcast, lanes 0 and 1 are copied into spare lanes at width 2, and lane 3 is the filler at width 3.
+// Width 1 is broadcast, lanes 0 and 1 are copied into spare lanes at width 2, and lane 3 is the filler at
+// width 3.
 template <class T, int W, class Work, class... Raw> QUEVAR_INLINE auto take(T filler, Raw... raw) {
     using V = typename Work::template vector<T>;
     parts<V, Work::parts> x;
@@ -98,10 +101,14 @@ template <class T, int W, class Work, class... Raw> QUEVAR_INLINE auto take(T fi
 // ---- Parts to results ----
 
 template <int W, class V, int P> QUEVAR_INLINE auto single(parts<V, P> r) {
-    if constexpr (W == 1) return r.part[0].v[0];
-    else if constexpr (P == 1) return slice<0, W == 3 ? 4 : W>(r.part[0].v);
-    else if constexpr (P == 2) return concat(r.part[0].v, r.part[1].v);
-    else return concat(concat(r.part[0].v, r.part[1].v), concat(r.part[2].v, r.part[3].v));
+    if constexpr (W == 1)
+        return r.part[0].v[0];
+    else if constexpr (P == 1)
+        return slice < 0, W == 3 ? 4 : W > (r.part[0].v);
+    else if constexpr (P == 2)
+        return concat(r.part[0].v, r.part[1].v);
+    else
+        return concat(concat(r.part[0].v, r.part[1].v), concat(r.part[2].v, r.part[3].v));
 }
 
 // Each vector of a pair has a register of its own: the low lanes of one 256-bit half of the result.
@@ -139,16 +146,20 @@ template <class Raw, class T> QUEVAR_INLINE Raw load_raw(const T *p) {
 }
 
 template <int W, class T, int P, int N, int L> QUEVAR_INLINE void store(T *p, parts<vec<T, N, L>, P> x) {
-    if constexpr (W == 1) *p = x.part[0].v[0];
-    else if constexpr (P == 1) store_raw(p, slice<0, W == 2 ? 2 : N>(x.part[0].v));
+    if constexpr (W == 1)
+        *p = x.part[0].v[0];
+    else if constexpr (P == 1)
+        store_raw(p, slice < 0, W == 2 ? 2 : N > (x.part[0].v));
     else
         for_each_part<P>([&](auto i) __attribute__((always_inline)) { store_raw(p + i * N, x.part[i].v); });
 }
 template <int W, class Work, class T> QUEVAR_INLINE auto load(const T *p) {
     using V = typename Work::template vector<T>;
     parts<V, Work::parts> x;
-    if constexpr (W == 1) x.part[0] = V::splat(*p);
-    else if constexpr (W == 2) x = take<T, W, Work>(T{}, load_raw<typename vec<T, 2>::raw>(p));
+    if constexpr (W == 1)
+        x.part[0] = V::splat(*p);
+    else if constexpr (W == 2)
+        x = take<T, W, Work>(T{}, load_raw<typename vec<T, 2>::raw>(p));
     else
         for_each_part<Work::parts>([&](auto i) __attribute__((always_inline)) {
             x.part[i].v = load_raw<typename V::raw>(p + i * Work::lanes);
@@ -158,10 +169,15 @@ template <int W, class Work, class T> QUEVAR_INLINE auto load(const T *p) {
 
 // ---- A step over all parts, and the special mask ----
 
-template <class T, int N, int L> QUEVAR_INLINE outcome<vec<T, N, L>> as_outcome(vec<T, N, L> r) { return {r, {}, {}}; }
-template <class A, class B, class M> QUEVAR_INLINE outcome<A, B, M> as_outcome(outcome<A, B, M> o) { return o; }
+template <class T, int N, int L> QUEVAR_INLINE outcome<vec<T, N, L>> as_outcome(vec<T, N, L> r) {
+    return {r, {}, {}};
+}
+template <class A, class B, class M> QUEVAR_INLINE outcome<A, B, M> as_outcome(outcome<A, B, M> o) {
+    return o;
+}
 
-template <int P, class A, class B, class M> auto outcome_parts(outcome<A, B, M>) -> outcome<parts<A, P>, parts<B, P>, parts<M, P>>;
+template <int P, class A, class B, class M>
+auto outcome_parts(outcome<A, B, M>) -> outcome<parts<A, P>, parts<B, P>, parts<M, P>>;
 
 template <int P, class Step, class... X> QUEVAR_INLINE auto over_parts(Step step, const parts<X, P> &...x) {
     decltype(outcome_parts<P>(as_outcome(step(x.part[0]...)))) out;
@@ -232,27 +248,33 @@ template <class F, class Row, int W> struct member {
     using A = typename Row::A;
     using R = typename Row::R;
     static constexpr int bytes = [] {
-        if constexpr (requires { F::bytes; }) return F::bytes;
-        else return (int)(sizeof(A) > sizeof(R) ? sizeof(A) : sizeof(R));
+        if constexpr (requires { F::bytes; })
+            return F::bytes;
+        else
+            return (int)(sizeof(A) > sizeof(R) ? sizeof(A) : sizeof(R));
     }();
     using Work = working<W, bytes>;
     static constexpr int P = Work::parts;
 
     template <class T, class... Raw> static QUEVAR_INLINE auto take(Raw... raw) {
-        if constexpr (std::is_same_v<T, A>) return frame::take<T, W, Work>(Row::filler, raw...);
-        else return frame::take<T, W, Work>(T(1), raw...);
+        if constexpr (std::is_same_v<T, A>)
+            return frame::take<T, W, Work>(Row::filler, raw...);
+        else
+            return frame::take<T, W, Work>(T(1), raw...);
     }
     template <class T, class Block> static QUEVAR_INLINE auto load(const Block &block) {
         return frame::load<W, Work>((const T *)&block);
     }
 
     template <class... V> static QUEVAR_INLINE auto main(const parts<V, P> &...x) {
-        return over_parts<P>([](auto... v) __attribute__((always_inline)) { return F::main(v...); }, x...);
+        return over_parts<P>(
+            [](auto... v) __attribute__((always_inline)) { return F::main(v...); }, x...);
     }
     template <class Out> static QUEVAR_INLINE bool any_special(const Out &out) {
         return frame::any_special(out.special);
     }
-    // The same, then settle and the lane loop: everything again for all lanes, which costs little beside them.
+    // The same, then settle and the lane loop: everything again for all lanes, which costs little beside
+    // them.
     template <class... V> static auto all_paths(const parts<V, P> &...x) {
         auto out = main(x...);
         if constexpr (!is_none<decltype(out.special)>) {
@@ -263,8 +285,10 @@ template <class F, class Row, int W> struct member {
             if (const unsigned mask = joined_mask(out.special)) {
                 lane_array first(out.first);
                 lane_array second(out.second);
-                if constexpr (is_none<decltype(out.second)>) lane_loop<F>(mask, lane_array(x).lane..., first.lane);
-                else lane_loop<F>(mask, lane_array(x).lane..., first.lane, second.lane);
+                if constexpr (is_none<decltype(out.second)>)
+                    lane_loop<F>(mask, lane_array(x).lane..., first.lane);
+                else
+                    lane_loop<F>(mask, lane_array(x).lane..., first.lane, second.lane);
                 out.first = first.reload();
                 out.second = second.reload();
             }
@@ -272,20 +296,25 @@ template <class F, class Row, int W> struct member {
         return out;
     }
 
-    // The result as the member returns it, a second one stored through the pointer; and both stored in a block.
-    template <class Out, class S = void> static QUEVAR_INLINE auto result(const Out &out, S *second = nullptr) {
+    // The result as the member returns it, a second one stored through the pointer; and both stored in a
+    // block.
+    template <class Out, class S = void>
+    static QUEVAR_INLINE auto result(const Out &out, S *second = nullptr) {
         if constexpr (Row::pair) {
             return pair<W>(out.first, out.second);
         } else {
-            if constexpr (!is_none<decltype(out.second)>) store<W>(second, out.second);
+            if constexpr (!is_none<decltype(out.second)>)
+                store<W>(second, out.second);
             return single<W>(out.first);
         }
     }
     template <class Out, class S = void>
     static QUEVAR_INLINE void store_result(R *block, const Out &out, S *second = nullptr) {
         store<W>(block, out.first);
-        if constexpr (Row::pair) store<W>(block + W, out.second);
-        else if constexpr (!is_none<decltype(out.second)>) store<W>(second, out.second);
+        if constexpr (Row::pair)
+            store<W>(block + W, out.second);
+        else if constexpr (!is_none<decltype(out.second)>)
+            store<W>(second, out.second);
     }
 };
 
@@ -312,9 +341,9 @@ namespace rows {
 
 // Defines the six members of a family: QUEVAR_EXPORT(exp, f, _native, unary, f32, f32, void, Family).
 //
-// A member computes the main path and returns. Where a lane is special it calls its twin, which starts over, with the
-// same parameters: as those still lie where the caller put them the call is a plain jump, and the ordinary path
-// needs no frame.
+// A member computes the main path and returns. Where a lane is special it calls its twin, which starts over,
+// with the same parameters: as those still lie where the caller put them the call is a plain jump, and the
+// ordinary path needs no frame.
 #define QUEVAR_EXPORT(base, mark, tier, shape, A, R, P, ...)                                                 \
     QUEVAR_MEMBERS(QUEVAR_DEFINE, QUEVAR_DEFINE_MEMORY, shape, A, R, P, base, mark, tier, __VA_ARGS__)
 #define QUEVAR_MEMBER(W, base, mark, tier, ...)                                                              \
@@ -325,7 +354,7 @@ namespace rows {
 #define QUEVAR_NAMES_MEMORY(T, W, v) v
 
 #define QUEVAR_DEFINE(W, shape, A, R, P, base, mark, tier, ...)                                              \
-    [[gnu::noinline, gnu::cold]] QUEVAR_SIGNATURE(W, shape, A, R, P, special_##base##mark##W##tier) { \
+    [[gnu::noinline, gnu::cold]] QUEVAR_SIGNATURE(W, shape, A, R, P, special_##base##mark##W##tier) {        \
         using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
         return m::result(m::all_paths(QUEVAR_VECTORS_##shape(QUEVAR_TAKE, A, W))                             \
                              QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                                \
@@ -342,7 +371,7 @@ namespace rows {
 
 // A result in memory is declared as what it is to the processor, a block whose address comes and goes.
 #define QUEVAR_DEFINE_MEMORY(W, shape, A, R, P, base, mark, tier, ...)                                       \
-    [[gnu::noinline, gnu::cold]] quevar_##R *special_##base##mark##W##tier(                           \
+    [[gnu::noinline, gnu::cold]] quevar_##R *special_##base##mark##W##tier(                                  \
         quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P)) {                         \
         using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
         m::store_result(r, m::all_paths(QUEVAR_VECTORS_##shape(QUEVAR_TAKE_MEMORY, A, W))                    \
@@ -350,10 +379,10 @@ namespace rows {
         return quevar::frame::opaque(r);                                                                     \
     }                                                                                                        \
     [[gnu::visibility("default")]] quevar_##R *memory_##base##mark##W##tier(                                 \
-        quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P))                           \
-        asm(QUEVAR_STRING(QUEVAR_NAME(base, mark, tier, W)));                                                \
-    quevar_##R *memory_##base##mark##W##tier(                                                                \
-        quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P)) {                         \
+        quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A,                               \
+                                         P)) asm(QUEVAR_STRING(QUEVAR_NAME(base, mark, tier, W)));           \
+    quevar_##R *memory_##base##mark##W##tier(quevar_##R *r,                                                  \
+                                             QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P)) {   \
         using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
         const auto out = m::main(QUEVAR_VECTORS_##shape(QUEVAR_TAKE_MEMORY, A, W));                          \
         m::store_result(r, out QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                              \

@@ -7,7 +7,8 @@ namespace quevar {
 
 template <class T> struct format;
 template <> struct format<f32> {
-    static constexpr u32 sign = 0x80000000, exponent = 0x7F800000, significand = 0x007FFFFF, quiet = 0x00400000;
+    static constexpr u32 sign = 0x80000000, exponent = 0x7F800000, significand = 0x007FFFFF,
+                         quiet = 0x00400000;
     static constexpr int digits = 23, bias = 127, field_max = 0xFF;
 };
 template <> struct format<f64> {

@@ -36,21 +36,28 @@ template <class T, int N, int Live = N> struct vec {
     static QUEVAR_INLINE vec splat(T x) {
         return [x]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
             return vec{raw{((void)I, x)...}};
-        }(std::make_integer_sequence<int, N>{});
+        }
+        (std::make_integer_sequence<int, N>{});
     }
 
     // Integer arithmetic wraps: it is done on the unsigned type.
     friend QUEVAR_INLINE vec operator+(vec a, vec b) {
-        if constexpr (std::is_floating_point_v<T>) return {a.v + b.v};
-        else return {(raw)((raw_bits)a.v + (raw_bits)b.v)};
+        if constexpr (std::is_floating_point_v<T>)
+            return {a.v + b.v};
+        else
+            return {(raw)((raw_bits)a.v + (raw_bits)b.v)};
     }
     friend QUEVAR_INLINE vec operator-(vec a, vec b) {
-        if constexpr (std::is_floating_point_v<T>) return {a.v - b.v};
-        else return {(raw)((raw_bits)a.v - (raw_bits)b.v)};
+        if constexpr (std::is_floating_point_v<T>)
+            return {a.v - b.v};
+        else
+            return {(raw)((raw_bits)a.v - (raw_bits)b.v)};
     }
     friend QUEVAR_INLINE vec operator*(vec a, vec b) {
-        if constexpr (std::is_floating_point_v<T>) return {a.v * b.v};
-        else return {(raw)((raw_bits)a.v * (raw_bits)b.v)};
+        if constexpr (std::is_floating_point_v<T>)
+            return {a.v * b.v};
+        else
+            return {(raw)((raw_bits)a.v * (raw_bits)b.v)};
     }
     friend QUEVAR_INLINE vec operator/(vec a, vec b) { return {a.v / b.v}; }
 
@@ -75,17 +82,35 @@ template <class T, int N, int Live = N> struct vec {
     // a where m is set, else +0.
     friend QUEVAR_INLINE vec keep(mask m, vec a) { return {(raw)((raw_bits)m.v & (raw_bits)a.v)}; }
 
-    // a b + c, c - a b, a b - c with one rounding.
+    // a b + c, c - a b, a b - c, -(a b) - c with one rounding.
     friend QUEVAR_INLINE vec fma(vec a, vec b, vec c) { return fused(a, b, c); }
     friend QUEVAR_INLINE vec fnma(vec a, vec b, vec c) { return fused({-a.v}, b, c); }
     friend QUEVAR_INLINE vec fms(vec a, vec b, vec c) { return fused(a, b, {-c.v}); }
+    friend QUEVAR_INLINE vec fnms(vec a, vec b, vec c) { return fused({-a.v}, b, {-c.v}); }
+    // a b + c and c - a b, fused except at width 1.
+    friend QUEVAR_INLINE vec wide_fma(vec a, vec b, vec c) {
+        if constexpr (Live == 1)
+            return {a.v * b.v + c.v};
+        else
+            return fused(a, b, c);
+    }
+    friend QUEVAR_INLINE vec wide_fnma(vec a, vec b, vec c) {
+        if constexpr (Live == 1)
+            return {c.v - a.v * b.v};
+        else
+            return fused({-a.v}, b, c);
+    }
 
 private:
     static QUEVAR_INLINE vec fused(vec a, vec b, vec c) {
-        if constexpr (sizeof(raw) == 32 && sizeof(T) == 4) return {(raw)_mm256_fmadd_ps(a.v, b.v, c.v)};
-        else if constexpr (sizeof(raw) == 32) return {(raw)_mm256_fmadd_pd(a.v, b.v, c.v)};
-        else if constexpr (sizeof(T) == 4) return {(raw)_mm_fmadd_ps(a.v, b.v, c.v)};
-        else return {(raw)_mm_fmadd_pd(a.v, b.v, c.v)};
+        if constexpr (sizeof(raw) == 32 && sizeof(T) == 4)
+            return {(raw)_mm256_fmadd_ps(a.v, b.v, c.v)};
+        else if constexpr (sizeof(raw) == 32)
+            return {(raw)_mm256_fmadd_pd(a.v, b.v, c.v)};
+        else if constexpr (sizeof(T) == 4)
+            return {(raw)_mm_fmadd_ps(a.v, b.v, c.v)};
+        else
+            return {(raw)_mm_fmadd_pd(a.v, b.v, c.v)};
     }
 };
 
@@ -94,7 +119,7 @@ template <class T, int N, int L> QUEVAR_INLINE auto bits(vec<T, N, L> x) {
     using I = vec<signed_bits<T>, N, L>;
     return I{(typename I::raw)x.v};
 }
-template <class T, int N, int L> QUEVAR_INLINE auto unsigned_pattern(vec<T, N, L> x) {
+template <class T, int N, int L> QUEVAR_INLINE auto unsigned_bits_of(vec<T, N, L> x) {
     using U = vec<unsigned_bits<T>, N, L>;
     return U{(typename U::raw)x.v};
 }
@@ -106,10 +131,14 @@ template <class T, int N, int L> QUEVAR_INLINE auto number(vec<T, N, L> x) {
 // One bit a lane: the sign bits of the live lanes.
 template <class T, int N, int L> QUEVAR_INLINE unsigned sign_bits(vec<T, N, L> m) {
     unsigned all;
-    if constexpr (N == 8) all = (unsigned)_mm256_movemask_ps((__m256)m.v);
-    else if constexpr (N == 4 && sizeof(T) == 8) all = (unsigned)_mm256_movemask_pd((__m256d)m.v);
-    else if constexpr (N == 4) all = (unsigned)_mm_movemask_ps((__m128)m.v);
-    else all = (unsigned)_mm_movemask_pd((__m128d)m.v);
+    if constexpr (N == 8)
+        all = (unsigned)_mm256_movemask_ps((__m256)m.v);
+    else if constexpr (N == 4 && sizeof(T) == 8)
+        all = (unsigned)_mm256_movemask_pd((__m256d)m.v);
+    else if constexpr (N == 4)
+        all = (unsigned)_mm_movemask_ps((__m128)m.v);
+    else
+        all = (unsigned)_mm_movemask_pd((__m128d)m.v);
     return L == N ? all : all & ((1u << L) - 1);
 }
 

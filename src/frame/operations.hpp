@@ -1,0 +1,191 @@
+// Operations on lane vectors beyond plain arithmetic: the processor's rounding, roots, estimates and minima,
+// conversions, and the words of 64-bit lanes.
+#pragma once
+
+#include "vec.hpp"
+
+namespace quevar {
+
+// A parameter that the first argument's type decides, so that a slot may stand there.
+template <class V> using same = std::type_identity_t<V>;
+
+// Two 32-bit lanes do not fill a register: the operations below run on them doubled.
+template <class T, int N> constexpr bool is_pair_of_words = N == 2 && sizeof(T) == 4;
+template <class T, int L> QUEVAR_INLINE vec<T, 4, L> doubled(vec<T, 2, L> x) {
+    return {__builtin_shufflevector(x.v, x.v, 0, 1, 0, 1)};
+}
+template <class T, int N, int L> QUEVAR_INLINE vec<T, 2, L> lower_two(vec<T, N, L> x) {
+    return {__builtin_shufflevector(x.v, x.v, 0, 1)};
+}
+
+// ---- Rounding, square root, minimum, maximum ----
+
+// The modes of the round instruction. `current` follows the caller's mode, `nearby` too, without the inexact
+// flag.
+enum rounding_mode { to_nearest = 0, downward = 1, upward = 2, toward_zero = 3, current = 4, nearby = 12 };
+
+template <rounding_mode M, class T, int N, int L> QUEVAR_INLINE vec<T, N, L> round(vec<T, N, L> x) {
+    if constexpr (is_pair_of_words<T, N>)
+        return lower_two(round<M>(doubled(x)));
+    else if constexpr (N == 8)
+        return {(typename vec<T, N>::raw)_mm256_round_ps(x.v, M)};
+    else if constexpr (N == 4 && sizeof(T) == 4)
+        return {(typename vec<T, N>::raw)_mm_round_ps(x.v, M)};
+    else if constexpr (N == 4)
+        return {(typename vec<T, N>::raw)_mm256_round_pd(x.v, M)};
+    else
+        return {(typename vec<T, N>::raw)_mm_round_pd(x.v, M)};
+}
+
+template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> sqrt(vec<T, N, L> x) {
+    if constexpr (N == 8)
+        return {_mm256_sqrt_ps(x.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4)
+        return {_mm_sqrt_ps(x.v)};
+    else if constexpr (N == 4)
+        return {_mm256_sqrt_pd(x.v)};
+    else
+        return {_mm_sqrt_pd(x.v)};
+}
+
+// The processor's minimum and maximum: b where either is NaN or both are zero.
+template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> min(vec<T, N, L> a, same<vec<T, N, L>> b) {
+    if constexpr (N == 8)
+        return {_mm256_min_ps(a.v, b.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4)
+        return {_mm_min_ps(a.v, b.v)};
+    else if constexpr (N == 4)
+        return {_mm256_min_pd(a.v, b.v)};
+    else
+        return {_mm_min_pd(a.v, b.v)};
+}
+template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> max(vec<T, N, L> a, same<vec<T, N, L>> b) {
+    if constexpr (N == 8)
+        return {_mm256_max_ps(a.v, b.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4)
+        return {_mm_max_ps(a.v, b.v)};
+    else if constexpr (N == 4)
+        return {_mm256_max_pd(a.v, b.v)};
+    else
+        return {_mm_max_pd(a.v, b.v)};
+}
+
+// ---- Estimates, which differ between processors ----
+
+template <int N, int L> QUEVAR_INLINE vec<f32, N, L> reciprocal_estimate(vec<f32, N, L> x) {
+    if constexpr (N == 8)
+        return {_mm256_rcp_ps(x.v)};
+    else if constexpr (N == 4)
+        return {_mm_rcp_ps(x.v)};
+    else
+        return lower_two(reciprocal_estimate(doubled(x)));
+}
+template <int N, int L> QUEVAR_INLINE vec<f32, N, L> rsqrt_estimate(vec<f32, N, L> x) {
+    if constexpr (N == 8)
+        return {_mm256_rsqrt_ps(x.v)};
+    else if constexpr (N == 4)
+        return {_mm_rsqrt_ps(x.v)};
+    else
+        return lower_two(rsqrt_estimate(doubled(x)));
+}
+
+// ---- Conversions ----
+
+// By value, under the current rounding mode where it rounds: between floating-point types, from integers to
+// floating point, and between integers (cut, or widened by the source's sign).
+template <class To, class T, int N, int L> QUEVAR_INLINE vec<To, N, L> convert(vec<T, N, L> x) {
+    static_assert(std::is_floating_point_v<To> || std::is_integral_v<T>,
+                  "to integers: to_i32, truncated_to_i32");
+    return {__builtin_convertvector(x.v, typename vec<To, N>::raw)};
+}
+
+// To int under the current rounding mode, or by truncation; 0x80000000 for NaN and what is out of range.
+template <class T, int N, int L> QUEVAR_INLINE vec<i32, N, L> to_i32(vec<T, N, L> x) {
+    using R = typename vec<i32, N>::raw;
+    if constexpr (is_pair_of_words<T, N>)
+        return lower_two(to_i32(doubled(x)));
+    else if constexpr (N == 8)
+        return {(R)_mm256_cvtps_epi32(x.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4)
+        return {(R)_mm_cvtps_epi32(x.v)};
+    else if constexpr (N == 4)
+        return {(R)_mm256_cvtpd_epi32(x.v)};
+    else
+        return lower_two(vec<i32, 4, L>{(typename vec<i32, 4>::raw)_mm_cvtpd_epi32(x.v)});
+}
+template <int N, int L> QUEVAR_INLINE vec<i32, N, L> truncated_to_i32(vec<f64, N, L> x) {
+    using R = typename vec<i32, N>::raw;
+    if constexpr (N == 4)
+        return {(R)_mm256_cvttpd_epi32(x.v)};
+    else
+        return lower_two(vec<i32, 4, L>{(typename vec<i32, 4>::raw)_mm_cvttpd_epi32(x.v)});
+}
+
+// ---- Words of 64-bit lanes ----
+
+template <class T, int N, int L> QUEVAR_INLINE vec<i32, N, L> low_words(vec<T, N, L> x) {
+    return convert<i32>(bits(x));
+}
+template <class T, int N, int L> QUEVAR_INLINE vec<i32, N, L> high_words(vec<T, N, L> x) {
+    return convert<i32>(bits(x) >> 32);
+}
+// 64-bit lanes with the given high words and low words of zero.
+template <int N, int L> QUEVAR_INLINE vec<i64, N, L> from_high_words(vec<i32, N, L> x) {
+    return convert<i64>(x) << 32;
+}
+
+// A mask for `special` alone: its sign bit tells whether the high word of a is greater than that of b, as
+// signed integers. The words are compared in place, which costs nothing; comparing 64-bit lanes does.
+template <class T, int N, int L>
+QUEVAR_INLINE vec<i64, N, L> high_word_greater(vec<T, N, L> a, same<vec<T, N, L>> b) {
+    using W = typename vec<i32, 2 * N>::raw;
+    return {(typename vec<i64, N>::raw)((W)a.v > (W)b.v)};
+}
+// a - b by words, for range tests on the high words.
+template <class T, int N, int L>
+QUEVAR_INLINE vec<T, N, L> subtract_words(vec<T, N, L> a, same<vec<T, N, L>> b) {
+    using W = typename vec<u32, 2 * N>::raw;
+    return {(typename vec<T, N>::raw)((W)a.v - (W)b.v)};
+}
+
+// Shifts by a count of its own in each lane; a count out of range, negative ones included, gives 0.
+template <class T, int N, int L>
+QUEVAR_INLINE vec<T, N, L> shift_left(vec<T, N, L> x, same<vec<T, N, L>> count) {
+    using R = typename vec<T, N>::raw;
+    if constexpr (sizeof(T) == 4 && N == 8)
+        return {(R)_mm256_sllv_epi32((__m256i)x.v, (__m256i)count.v)};
+    else if constexpr (sizeof(T) == 4)
+        return {(R)_mm_sllv_epi32((__m128i)x.v, (__m128i)count.v)};
+    else if constexpr (N == 4)
+        return {(R)_mm256_sllv_epi64((__m256i)x.v, (__m256i)count.v)};
+    else
+        return {(R)_mm_sllv_epi64((__m128i)x.v, (__m128i)count.v)};
+}
+
+// ---- Operations whose operand order counts ----
+
+// Of two NaN operands the processor returns the first, made quiet. The compiler may swap the operands of +
+// and *; these it may not.
+#define QUEVAR_IN_ORDER(name, instruction)                                                                   \
+    template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> name(vec<T, N, L> a, same<vec<T, N, L>> b) { \
+        vec<T, N, L> r;                                                                                      \
+        if constexpr (sizeof(T) == 4)                                                                        \
+            asm("v" instruction "ps %2, %1, %0" : "=x"(r.v) : "x"(a.v), "x"(b.v));                           \
+        else                                                                                                 \
+            asm("v" instruction "pd %2, %1, %0" : "=x"(r.v) : "x"(a.v), "x"(b.v));                           \
+        return r;                                                                                            \
+    }                                                                                                        \
+    inline f32 name(f32 a, f32 b) {                                                                          \
+        f32 r;                                                                                               \
+        asm("v" instruction "ss %2, %1, %0" : "=x"(r) : "x"(a), "x"(b));                                     \
+        return r;                                                                                            \
+    }                                                                                                        \
+    inline f64 name(f64 a, f64 b) {                                                                          \
+        f64 r;                                                                                               \
+        asm("v" instruction "sd %2, %1, %0" : "=x"(r) : "x"(a), "x"(b));                                     \
+        return r;                                                                                            \
+    }
+QUEVAR_IN_ORDER(add_in_order, "add")
+QUEVAR_IN_ORDER(multiply_in_order, "mul")
+
+} // namespace quevar
