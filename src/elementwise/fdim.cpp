@@ -16,10 +16,8 @@ template <class T, const Constants<T> &k> struct Fdim {
 
     // Infinities in order keep the main path's result; of two NaNs y wins.
     static void rare(const T *x, const T *y, T *r) {
-        if (is_nan(*x))
-            *r = quiet(*x);
-        if (is_nan(*y))
-            *r = quiet(*y);
+        if (is_nan(*x)) *r = quiet(*x);
+        if (is_nan(*y)) *r = quiet(*y);
     }
 };
 

@@ -18,8 +18,7 @@ struct Special {
     }
 
     [[gnu::noinline]] static void rare(const f32 *x, f32 *r) {
-        if (infinite_or_nan(*x, r))
-            return;
+        if (infinite_or_nan(*x, r)) return;
         const f64 X = *x;
         if (X > f64_of(0x4043441360000000)) { // 38.531841278076172
             *r = f32_of(0x7F800000);

@@ -27,8 +27,7 @@ struct Special {
     }
 
     [[gnu::noinline]] static void rare(const f32 *x, f32 *r) {
-        if (infinite_or_nan(*x, r))
-            return;
+        if (infinite_or_nan(*x, r)) return;
         const f64 X = *x, shifter = f64_of(0x4338000000000000);                  // 1.5 * 2^52
         const Sixtyfourths n(f64_of(0x40571547652B82FE) * X + shifter, shifter); // 64/ln 2
         // ln 2/64 in two parts; the product with the high one is exact.

@@ -32,8 +32,7 @@ template <class... C> f64 horner(f64 x, f64 c0, f64 c1, C... c) { return horner(
 
 // True if x is infinite or NaN, with its result in r.
 inline bool infinite_or_nan(f32 x, f32 *r) {
-    if (exponent_field(x) != format<f32>::field_max)
-        return false;
+    if (exponent_field(x) != format<f32>::field_max) return false;
     *r = pattern_of(x) == 0xFF800000 ? 0.0f : x * x;
     return true;
 }

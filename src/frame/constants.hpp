@@ -18,8 +18,7 @@ template <class T> struct alignas(32) slot {
     unsigned_bits<T> pattern[32 / sizeof(T)];
 
     consteval slot(unsigned_bits<T> bits) : pattern{} {
-        for (auto &p : pattern)
-            p = bits;
+        for (auto &p : pattern) p = bits;
     }
     template <int N, int L> QUEVAR_INLINE operator vec<T, N, L>() const {
         using V = vec<T, N, L>;
@@ -37,8 +36,7 @@ struct alignas(32) row_slot {
     template <int N, int L> QUEVAR_INLINE vec<f32, N, L> operator[](vec<i32, N, L> n) const {
         if constexpr (N == 8)
             return {_mm256_permutevar_ps(_mm256_load_ps((const f32 *)pattern), (__m256i)n.v)};
-        else
-            return {_mm_permutevar_ps(_mm_load_ps((const f32 *)pattern), (__m128i)n.v)};
+        else return {_mm_permutevar_ps(_mm_load_ps((const f32 *)pattern), (__m128i)n.v)};
     }
 };
 
@@ -60,7 +58,7 @@ QUEVAR_INLINE columns<vec<f32, N, L>, 2> fetch(const table<f32, 2, Rows> &t, vec
     using V = vec<f32, N, L>;
     const double *const base = reinterpret_cast<const double *>(t.row); // a row as one value to load
     // Two rows in one register; their numbers come in one 64-bit extraction.
-    const auto two_rows = [base](i64 numbers) __attribute__((always_inline)) {
+    const auto two_rows = [base](i64 numbers) QUEVAR_ALWAYS_INLINE {
         return _mm_castpd_ps(_mm_loadh_pd(_mm_load_sd(base + (u32)numbers), base + ((u64)numbers >> 32)));
     };
     if constexpr (L == 1) {
@@ -86,7 +84,7 @@ template <int C, int Rows, int N, int L>
 requires(C % 4 == 0) QUEVAR_INLINE columns<vec<f32, N, L>, C> fetch(const table<f32, C, Rows> &t,
                                                                     vec<i32, N, L> number) {
     columns<vec<f32, N, L>, C> out;
-    const auto four_entries = [&](int lane, int c) __attribute__((always_inline)) {
+    const auto four_entries = [&](int lane, int c) QUEVAR_ALWAYS_INLINE {
         return _mm_load_ps((const f32 *)t.row[(u32)number.v[lane]] + c);
     };
 #pragma clang loop unroll(full)
@@ -99,8 +97,7 @@ requires(C % 4 == 0) QUEVAR_INLINE columns<vec<f32, N, L>, C> fetch(const table<
         } else {
             __m256 r[4];
 #pragma clang loop unroll(full)
-            for (int i = 0; i < 4; i++)
-                r[i] = _mm256_set_m128(four_entries(i + 4, c), four_entries(i, c));
+            for (int i = 0; i < 4; i++) r[i] = _mm256_set_m128(four_entries(i + 4, c), four_entries(i, c));
             const __m256 a = _mm256_unpacklo_ps(r[0], r[1]), b = _mm256_unpackhi_ps(r[0], r[1]);
             const __m256 d = _mm256_unpacklo_ps(r[2], r[3]), e = _mm256_unpackhi_ps(r[2], r[3]);
             out.column[c].v = _mm256_shuffle_ps(a, d, 0x44),

@@ -3,16 +3,17 @@
 //
 // A family is a class with
 //
-//     main(x...)       template over the working vector; straight-line. Gives the result; or two{first,
-//     second};
-//                      or flagged{either, special}, where special is a mask of the lanes that it leaves to
-//                      settle or rare.
-//     settle(x..., r)  optional, as main, run only if some lane is special: a vector fix-up or stage. Takes
-//                      main's result and gives flagged{result, the lanes that remain}.
-//     rare(x..., r...) pointers to one lane of each argument and result; called for each special lane. It may
-//                      leave a result alone.
-//     bytes            optional: size of the widest element that main works on, where that is larger than
-//                      those of argument and result.
+//     main(x...)          template over the working vector; straight-line. Gives the result, or two(first,
+//     second),
+//                         or flagged(result..., special) with the mask of the lanes that it leaves to the
+//                         others.
+//     settle(x..., r...)  optional; run only if some lane is special: a vector fix-up or stage. Takes main's
+//                         results and gives flagged(results..., the lanes that remain).
+//     rare(x..., r...)    pointers to one lane of each argument and result; called for each lane that
+//     remains.
+//                         It may leave a result alone.
+//     bytes               optional: size of the widest element that main works on, where neither argument nor
+//                         result is as wide.
 #pragma once
 
 #include <string_view>
@@ -53,25 +54,19 @@ template <int W, int Bytes> struct working {
 template <class V, int P> struct parts { V part[P]; };
 
 template <int N, class F> QUEVAR_INLINE void for_each_part(F f) {
-    [&]<int... P>(std::integer_sequence<int, P...>) __attribute__((always_inline)) {
-        (f(std::integral_constant<int, P>{}), ...);
-    }
-    (std::make_integer_sequence<int, N>{});
+    with_indices<N>([&]<int... P>(indices<P...>)
+                        QUEVAR_ALWAYS_INLINE { (f(std::integral_constant<int, P>{}), ...); });
 }
 
-// K lanes from lane First of a raw vector.
+// K lanes from lane First of a raw vector, and two raw vectors side by side.
 template <int First, int K, class Raw> QUEVAR_INLINE auto slice(Raw x) {
-    return [x]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
+    return with_indices<K>([x]<int... I>(indices<I...>) QUEVAR_ALWAYS_INLINE {
         return __builtin_shufflevector(x, x, (First + I)...);
-    }
-    (std::make_integer_sequence<int, K>{});
+    });
 }
-template <class Raw> constexpr int lanes_of = sizeof(Raw) / sizeof(std::declval<Raw>()[0]);
 template <class Raw> QUEVAR_INLINE auto concat(Raw a, Raw b) {
-    return [ a, b ]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
-        return __builtin_shufflevector(a, b, I...);
-    }
-    (std::make_integer_sequence<int, 2 * lanes_of<Raw>>{});
+    return with_indices<2 * sizeof(Raw) / sizeof(a[0])>([ a, b ]<int... I>(
+        indices<I...>) QUEVAR_ALWAYS_INLINE { return __builtin_shufflevector(a, b, I...); });
 }
 
 // ---- Parameters to parts ----
@@ -90,7 +85,7 @@ template <class T, int W, class Work, class... Raw> QUEVAR_INLINE auto take(T fi
     } else {
         const std::tuple all{raw...};
         constexpr int lanes = W / sizeof...(Raw);
-        for_each_part<Work::parts>([&](auto p) __attribute__((always_inline)) {
+        for_each_part<Work::parts>([&](auto p) QUEVAR_ALWAYS_INLINE {
             constexpr int first = p * Work::lanes;
             x.part[p].v = slice<first % lanes, Work::lanes>(std::get<first / lanes>(all));
         });
@@ -101,14 +96,10 @@ template <class T, int W, class Work, class... Raw> QUEVAR_INLINE auto take(T fi
 // ---- Parts to results ----
 
 template <int W, class V, int P> QUEVAR_INLINE auto single(parts<V, P> r) {
-    if constexpr (W == 1)
-        return r.part[0].v[0];
-    else if constexpr (P == 1)
-        return slice < 0, W == 3 ? 4 : W > (r.part[0].v);
-    else if constexpr (P == 2)
-        return concat(r.part[0].v, r.part[1].v);
-    else
-        return concat(concat(r.part[0].v, r.part[1].v), concat(r.part[2].v, r.part[3].v));
+    if constexpr (W == 1) return r.part[0].v[0];
+    else if constexpr (P == 1) return slice<0, (W == 3 ? 4 : W)>(r.part[0].v);
+    else if constexpr (P == 2) return concat(r.part[0].v, r.part[1].v);
+    else return concat(concat(r.part[0].v, r.part[1].v), concat(r.part[2].v, r.part[3].v));
 }
 
 // Each vector of a pair has a register of its own: the low lanes of one 256-bit half of the result.
@@ -146,22 +137,17 @@ template <class Raw, class T> QUEVAR_INLINE Raw load_raw(const T *p) {
 }
 
 template <int W, class T, int P, int N, int L> QUEVAR_INLINE void store(T *p, parts<vec<T, N, L>, P> x) {
-    if constexpr (W == 1)
-        *p = x.part[0].v[0];
-    else if constexpr (P == 1)
-        store_raw(p, slice < 0, W == 2 ? 2 : N > (x.part[0].v));
-    else
-        for_each_part<P>([&](auto i) __attribute__((always_inline)) { store_raw(p + i * N, x.part[i].v); });
+    if constexpr (W == 1) *p = x.part[0].v[0];
+    else if constexpr (P == 1) store_raw(p, slice<0, (W == 2 ? 2 : N)>(x.part[0].v));
+    else for_each_part<P>([&](auto i) QUEVAR_ALWAYS_INLINE { store_raw(p + i * N, x.part[i].v); });
 }
 template <int W, class Work, class T> QUEVAR_INLINE auto load(const T *p) {
     using V = typename Work::template vector<T>;
     parts<V, Work::parts> x;
-    if constexpr (W == 1)
-        x.part[0] = V::splat(*p);
-    else if constexpr (W == 2)
-        x = take<T, W, Work>(T{}, load_raw<typename vec<T, 2>::raw>(p));
+    if constexpr (W == 1) x.part[0] = V::splat(*p);
+    else if constexpr (W == 2) x = take<T, W, Work>(T{}, load_raw<typename vec<T, 2>::raw>(p));
     else
-        for_each_part<Work::parts>([&](auto i) __attribute__((always_inline)) {
+        for_each_part<Work::parts>([&](auto i) QUEVAR_ALWAYS_INLINE {
             x.part[i].v = load_raw<typename V::raw>(p + i * Work::lanes);
         });
     return x;
@@ -181,7 +167,7 @@ auto outcome_parts(outcome<A, B, M>) -> outcome<parts<A, P>, parts<B, P>, parts<
 
 template <int P, class Step, class... X> QUEVAR_INLINE auto over_parts(Step step, const parts<X, P> &...x) {
     decltype(outcome_parts<P>(as_outcome(step(x.part[0]...)))) out;
-    for_each_part<P>([&](auto p) __attribute__((always_inline)) {
+    for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE {
         const auto o = as_outcome(step(x.part[p]...));
         out.first.part[p] = o.first;
         out.second.part[p] = o.second;
@@ -192,14 +178,13 @@ template <int P, class Step, class... X> QUEVAR_INLINE auto over_parts(Step step
 
 template <class M, int P> QUEVAR_INLINE unsigned joined_mask(const parts<M, P> &special) {
     unsigned mask = 0;
-    for_each_part<P>([&](auto p) __attribute__((always_inline)) {
-        mask |= sign_bits(special.part[p]) << p * M::lanes;
-    });
+    for_each_part<P>([&](auto p)
+                         QUEVAR_ALWAYS_INLINE { mask |= sign_bits(special.part[p]) << p * M::lanes; });
     return mask;
 }
 template <class M, int P> QUEVAR_INLINE bool any_special(const parts<M, P> &special) {
     M any = special.part[0];
-    for_each_part<P>([&](auto p) __attribute__((always_inline)) { any = any | special.part[p]; });
+    for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE { any = any | special.part[p]; });
     return sign_bits(any) != 0;
 }
 template <int P> QUEVAR_INLINE bool any_special(const parts<none, P> &) { return false; }
@@ -248,33 +233,27 @@ template <class F, class Row, int W> struct member {
     using A = typename Row::A;
     using R = typename Row::R;
     static constexpr int bytes = [] {
-        if constexpr (requires { F::bytes; })
-            return F::bytes;
-        else
-            return (int)(sizeof(A) > sizeof(R) ? sizeof(A) : sizeof(R));
+        if constexpr (requires { F::bytes; }) return F::bytes;
+        else return (int)(sizeof(A) > sizeof(R) ? sizeof(A) : sizeof(R));
     }();
     using Work = working<W, bytes>;
     static constexpr int P = Work::parts;
 
     template <class T, class... Raw> static QUEVAR_INLINE auto take(Raw... raw) {
-        if constexpr (std::is_same_v<T, A>)
-            return frame::take<T, W, Work>(Row::filler, raw...);
-        else
-            return frame::take<T, W, Work>(T(1), raw...);
+        if constexpr (std::is_same_v<T, A>) return frame::take<T, W, Work>(Row::filler, raw...);
+        else return frame::take<T, W, Work>(T(1), raw...);
     }
     template <class T, class Block> static QUEVAR_INLINE auto load(const Block &block) {
         return frame::load<W, Work>((const T *)&block);
     }
 
     template <class... V> static QUEVAR_INLINE auto main(const parts<V, P> &...x) {
-        return over_parts<P>(
-            [](auto... v) __attribute__((always_inline)) { return F::main(v...); }, x...);
+        return over_parts<P>([](auto... v) QUEVAR_ALWAYS_INLINE { return F::main(v...); }, x...);
     }
     template <class Out> static QUEVAR_INLINE bool any_special(const Out &out) {
         return frame::any_special(out.special);
     }
-    // The same, then settle and the lane loop: everything again for all lanes, which costs little beside
-    // them.
+    // The same, then settle and the lane loop.
     template <class... V> static auto all_paths(const parts<V, P> &...x) {
         auto out = main(x...);
         if constexpr (!is_none<decltype(out.special)>) {
@@ -287,8 +266,7 @@ template <class F, class Row, int W> struct member {
                 lane_array second(out.second);
                 if constexpr (is_none<decltype(out.second)>)
                     lane_loop<F>(mask, lane_array(x).lane..., first.lane);
-                else
-                    lane_loop<F>(mask, lane_array(x).lane..., first.lane, second.lane);
+                else lane_loop<F>(mask, lane_array(x).lane..., first.lane, second.lane);
                 out.first = first.reload();
                 out.second = second.reload();
             }
@@ -296,25 +274,21 @@ template <class F, class Row, int W> struct member {
         return out;
     }
 
-    // The result as the member returns it, a second one stored through the pointer; and both stored in a
-    // block.
+    // The result as the member returns it, and as it is stored in a block; a second one through the pointer.
     template <class Out, class S = void>
     static QUEVAR_INLINE auto result(const Out &out, S *second = nullptr) {
         if constexpr (Row::pair) {
             return pair<W>(out.first, out.second);
         } else {
-            if constexpr (!is_none<decltype(out.second)>)
-                store<W>(second, out.second);
+            if constexpr (!is_none<decltype(out.second)>) store<W>(second, out.second);
             return single<W>(out.first);
         }
     }
     template <class Out, class S = void>
     static QUEVAR_INLINE void store_result(R *block, const Out &out, S *second = nullptr) {
         store<W>(block, out.first);
-        if constexpr (Row::pair)
-            store<W>(block + W, out.second);
-        else if constexpr (!is_none<decltype(out.second)>)
-            store<W>(second, out.second);
+        if constexpr (Row::pair) store<W>(block + W, out.second);
+        else if constexpr (!is_none<decltype(out.second)>) store<W>(second, out.second);
     }
 };
 

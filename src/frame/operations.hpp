@@ -25,68 +25,45 @@ template <class T, int N, int L> QUEVAR_INLINE vec<T, 2, L> lower_two(vec<T, N, 
 enum rounding_mode { to_nearest = 0, downward = 1, upward = 2, toward_zero = 3, current = 4, nearby = 12 };
 
 template <rounding_mode M, class T, int N, int L> QUEVAR_INLINE vec<T, N, L> round(vec<T, N, L> x) {
-    if constexpr (is_pair_of_words<T, N>)
-        return lower_two(round<M>(doubled(x)));
-    else if constexpr (N == 8)
-        return {(typename vec<T, N>::raw)_mm256_round_ps(x.v, M)};
-    else if constexpr (N == 4 && sizeof(T) == 4)
-        return {(typename vec<T, N>::raw)_mm_round_ps(x.v, M)};
-    else if constexpr (N == 4)
-        return {(typename vec<T, N>::raw)_mm256_round_pd(x.v, M)};
-    else
-        return {(typename vec<T, N>::raw)_mm_round_pd(x.v, M)};
+    if constexpr (is_pair_of_words<T, N>) return lower_two(round<M>(doubled(x)));
+    else if constexpr (N == 8) return {(typename vec<T, N>::raw)_mm256_round_ps(x.v, M)};
+    else if constexpr (N == 4 && sizeof(T) == 4) return {(typename vec<T, N>::raw)_mm_round_ps(x.v, M)};
+    else if constexpr (N == 4) return {(typename vec<T, N>::raw)_mm256_round_pd(x.v, M)};
+    else return {(typename vec<T, N>::raw)_mm_round_pd(x.v, M)};
 }
 
 template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> sqrt(vec<T, N, L> x) {
-    if constexpr (N == 8)
-        return {_mm256_sqrt_ps(x.v)};
-    else if constexpr (N == 4 && sizeof(T) == 4)
-        return {_mm_sqrt_ps(x.v)};
-    else if constexpr (N == 4)
-        return {_mm256_sqrt_pd(x.v)};
-    else
-        return {_mm_sqrt_pd(x.v)};
+    if constexpr (N == 8) return {_mm256_sqrt_ps(x.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4) return {_mm_sqrt_ps(x.v)};
+    else if constexpr (N == 4) return {_mm256_sqrt_pd(x.v)};
+    else return {_mm_sqrt_pd(x.v)};
 }
 
 // The processor's minimum and maximum: b where either is NaN or both are zero.
 template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> min(vec<T, N, L> a, same<vec<T, N, L>> b) {
-    if constexpr (N == 8)
-        return {_mm256_min_ps(a.v, b.v)};
-    else if constexpr (N == 4 && sizeof(T) == 4)
-        return {_mm_min_ps(a.v, b.v)};
-    else if constexpr (N == 4)
-        return {_mm256_min_pd(a.v, b.v)};
-    else
-        return {_mm_min_pd(a.v, b.v)};
+    if constexpr (N == 8) return {_mm256_min_ps(a.v, b.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4) return {_mm_min_ps(a.v, b.v)};
+    else if constexpr (N == 4) return {_mm256_min_pd(a.v, b.v)};
+    else return {_mm_min_pd(a.v, b.v)};
 }
 template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> max(vec<T, N, L> a, same<vec<T, N, L>> b) {
-    if constexpr (N == 8)
-        return {_mm256_max_ps(a.v, b.v)};
-    else if constexpr (N == 4 && sizeof(T) == 4)
-        return {_mm_max_ps(a.v, b.v)};
-    else if constexpr (N == 4)
-        return {_mm256_max_pd(a.v, b.v)};
-    else
-        return {_mm_max_pd(a.v, b.v)};
+    if constexpr (N == 8) return {_mm256_max_ps(a.v, b.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4) return {_mm_max_ps(a.v, b.v)};
+    else if constexpr (N == 4) return {_mm256_max_pd(a.v, b.v)};
+    else return {_mm_max_pd(a.v, b.v)};
 }
 
 // ---- Estimates, which differ between processors ----
 
 template <int N, int L> QUEVAR_INLINE vec<f32, N, L> reciprocal_estimate(vec<f32, N, L> x) {
-    if constexpr (N == 8)
-        return {_mm256_rcp_ps(x.v)};
-    else if constexpr (N == 4)
-        return {_mm_rcp_ps(x.v)};
-    else
-        return lower_two(reciprocal_estimate(doubled(x)));
+    if constexpr (N == 8) return {_mm256_rcp_ps(x.v)};
+    else if constexpr (N == 4) return {_mm_rcp_ps(x.v)};
+    else return lower_two(reciprocal_estimate(doubled(x)));
 }
 template <int N, int L> QUEVAR_INLINE vec<f32, N, L> rsqrt_estimate(vec<f32, N, L> x) {
-    if constexpr (N == 8)
-        return {_mm256_rsqrt_ps(x.v)};
-    else if constexpr (N == 4)
-        return {_mm_rsqrt_ps(x.v)};
-    else
-        return lower_two(rsqrt_estimate(doubled(x)));
+    if constexpr (N == 8) return {_mm256_rsqrt_ps(x.v)};
+    else if constexpr (N == 4) return {_mm_rsqrt_ps(x.v)};
+    else return lower_two(rsqrt_estimate(doubled(x)));
 }
 
 // ---- Conversions ----
@@ -102,23 +79,16 @@ template <class To, class T, int N, int L> QUEVAR_INLINE vec<To, N, L> convert(v
 // To int under the current rounding mode, or by truncation; 0x80000000 for NaN and what is out of range.
 template <class T, int N, int L> QUEVAR_INLINE vec<i32, N, L> to_i32(vec<T, N, L> x) {
     using R = typename vec<i32, N>::raw;
-    if constexpr (is_pair_of_words<T, N>)
-        return lower_two(to_i32(doubled(x)));
-    else if constexpr (N == 8)
-        return {(R)_mm256_cvtps_epi32(x.v)};
-    else if constexpr (N == 4 && sizeof(T) == 4)
-        return {(R)_mm_cvtps_epi32(x.v)};
-    else if constexpr (N == 4)
-        return {(R)_mm256_cvtpd_epi32(x.v)};
-    else
-        return lower_two(vec<i32, 4, L>{(typename vec<i32, 4>::raw)_mm_cvtpd_epi32(x.v)});
+    if constexpr (is_pair_of_words<T, N>) return lower_two(to_i32(doubled(x)));
+    else if constexpr (N == 8) return {(R)_mm256_cvtps_epi32(x.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4) return {(R)_mm_cvtps_epi32(x.v)};
+    else if constexpr (N == 4) return {(R)_mm256_cvtpd_epi32(x.v)};
+    else return lower_two(vec<i32, 4, L>{(typename vec<i32, 4>::raw)_mm_cvtpd_epi32(x.v)});
 }
 template <int N, int L> QUEVAR_INLINE vec<i32, N, L> truncated_to_i32(vec<f64, N, L> x) {
     using R = typename vec<i32, N>::raw;
-    if constexpr (N == 4)
-        return {(R)_mm256_cvttpd_epi32(x.v)};
-    else
-        return lower_two(vec<i32, 4, L>{(typename vec<i32, 4>::raw)_mm_cvttpd_epi32(x.v)});
+    if constexpr (N == 4) return {(R)_mm256_cvttpd_epi32(x.v)};
+    else return lower_two(vec<i32, 4, L>{(typename vec<i32, 4>::raw)_mm_cvttpd_epi32(x.v)});
 }
 
 // ---- Words of 64-bit lanes ----
@@ -152,14 +122,10 @@ QUEVAR_INLINE vec<T, N, L> subtract_words(vec<T, N, L> a, same<vec<T, N, L>> b) 
 template <class T, int N, int L>
 QUEVAR_INLINE vec<T, N, L> shift_left(vec<T, N, L> x, same<vec<T, N, L>> count) {
     using R = typename vec<T, N>::raw;
-    if constexpr (sizeof(T) == 4 && N == 8)
-        return {(R)_mm256_sllv_epi32((__m256i)x.v, (__m256i)count.v)};
-    else if constexpr (sizeof(T) == 4)
-        return {(R)_mm_sllv_epi32((__m128i)x.v, (__m128i)count.v)};
-    else if constexpr (N == 4)
-        return {(R)_mm256_sllv_epi64((__m256i)x.v, (__m256i)count.v)};
-    else
-        return {(R)_mm_sllv_epi64((__m128i)x.v, (__m128i)count.v)};
+    if constexpr (sizeof(T) == 4 && N == 8) return {(R)_mm256_sllv_epi32((__m256i)x.v, (__m256i)count.v)};
+    else if constexpr (sizeof(T) == 4) return {(R)_mm_sllv_epi32((__m128i)x.v, (__m128i)count.v)};
+    else if constexpr (N == 4) return {(R)_mm256_sllv_epi64((__m256i)x.v, (__m256i)count.v)};
+    else return {(R)_mm_sllv_epi64((__m128i)x.v, (__m128i)count.v)};
 }
 
 // ---- Operations whose operand order counts ----
@@ -169,10 +135,8 @@ QUEVAR_INLINE vec<T, N, L> shift_left(vec<T, N, L> x, same<vec<T, N, L>> count) 
 #define QUEVAR_IN_ORDER(name, instruction)                                                                   \
     template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> name(vec<T, N, L> a, same<vec<T, N, L>> b) { \
         vec<T, N, L> r;                                                                                      \
-        if constexpr (sizeof(T) == 4)                                                                        \
-            asm("v" instruction "ps %2, %1, %0" : "=x"(r.v) : "x"(a.v), "x"(b.v));                           \
-        else                                                                                                 \
-            asm("v" instruction "pd %2, %1, %0" : "=x"(r.v) : "x"(a.v), "x"(b.v));                           \
+        if constexpr (sizeof(T) == 4) asm("v" instruction "ps %2, %1, %0" : "=x"(r.v) : "x"(a.v), "x"(b.v)); \
+        else asm("v" instruction "pd %2, %1, %0" : "=x"(r.v) : "x"(a.v), "x"(b.v));                          \
         return r;                                                                                            \
     }                                                                                                        \
     inline f32 name(f32 a, f32 b) {                                                                          \

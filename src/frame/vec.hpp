@@ -5,7 +5,8 @@
 #include <type_traits>
 #include <utility>
 
-#define QUEVAR_INLINE __attribute__((always_inline)) inline
+#define QUEVAR_ALWAYS_INLINE __attribute__((always_inline)) // of lambdas
+#define QUEVAR_INLINE QUEVAR_ALWAYS_INLINE inline
 
 namespace quevar {
 
@@ -19,6 +20,12 @@ using u64 = unsigned long;
 template <class T> using signed_bits = std::conditional_t<sizeof(T) == 4, i32, i64>;
 template <class T> using unsigned_bits = std::conditional_t<sizeof(T) == 4, u32, u64>;
 template <class T> using float_of = std::conditional_t<sizeof(T) == 4, f32, f64>;
+
+// Calls f with the indices 0 ... N - 1 as a pack.
+template <int... I> using indices = std::integer_sequence<int, I...>;
+template <int N, class F> QUEVAR_INLINE auto with_indices(F f) {
+    return f(std::make_integer_sequence<int, N>{});
+}
 
 // N lanes of T in one register. The first Live lanes are distinct; any others copy them (widths 1 and 2),
 // which lets row fetches do no more work than there are lanes, and marks width 1, where some families
@@ -34,30 +41,22 @@ template <class T, int N, int Live = N> struct vec {
     raw v;
 
     static QUEVAR_INLINE vec splat(T x) {
-        return [x]<int... I>(std::integer_sequence<int, I...>) __attribute__((always_inline)) {
-            return vec{raw{((void)I, x)...}};
-        }
-        (std::make_integer_sequence<int, N>{});
+        return with_indices<N>([x]<int... I>(indices<I...>)
+                                   QUEVAR_ALWAYS_INLINE { return vec{raw{((void)I, x)...}}; });
     }
 
     // Integer arithmetic wraps: it is done on the unsigned type.
     friend QUEVAR_INLINE vec operator+(vec a, vec b) {
-        if constexpr (std::is_floating_point_v<T>)
-            return {a.v + b.v};
-        else
-            return {(raw)((raw_bits)a.v + (raw_bits)b.v)};
+        if constexpr (std::is_floating_point_v<T>) return {a.v + b.v};
+        else return {(raw)((raw_bits)a.v + (raw_bits)b.v)};
     }
     friend QUEVAR_INLINE vec operator-(vec a, vec b) {
-        if constexpr (std::is_floating_point_v<T>)
-            return {a.v - b.v};
-        else
-            return {(raw)((raw_bits)a.v - (raw_bits)b.v)};
+        if constexpr (std::is_floating_point_v<T>) return {a.v - b.v};
+        else return {(raw)((raw_bits)a.v - (raw_bits)b.v)};
     }
     friend QUEVAR_INLINE vec operator*(vec a, vec b) {
-        if constexpr (std::is_floating_point_v<T>)
-            return {a.v * b.v};
-        else
-            return {(raw)((raw_bits)a.v * (raw_bits)b.v)};
+        if constexpr (std::is_floating_point_v<T>) return {a.v * b.v};
+        else return {(raw)((raw_bits)a.v * (raw_bits)b.v)};
     }
     friend QUEVAR_INLINE vec operator/(vec a, vec b) { return {a.v / b.v}; }
 
@@ -89,28 +88,20 @@ template <class T, int N, int Live = N> struct vec {
     friend QUEVAR_INLINE vec fnms(vec a, vec b, vec c) { return fused({-a.v}, b, {-c.v}); }
     // a b + c and c - a b, fused except at width 1.
     friend QUEVAR_INLINE vec wide_fma(vec a, vec b, vec c) {
-        if constexpr (Live == 1)
-            return {a.v * b.v + c.v};
-        else
-            return fused(a, b, c);
+        if constexpr (Live == 1) return {a.v * b.v + c.v};
+        else return fused(a, b, c);
     }
     friend QUEVAR_INLINE vec wide_fnma(vec a, vec b, vec c) {
-        if constexpr (Live == 1)
-            return {c.v - a.v * b.v};
-        else
-            return fused({-a.v}, b, c);
+        if constexpr (Live == 1) return {c.v - a.v * b.v};
+        else return fused({-a.v}, b, c);
     }
 
 private:
     static QUEVAR_INLINE vec fused(vec a, vec b, vec c) {
-        if constexpr (sizeof(raw) == 32 && sizeof(T) == 4)
-            return {(raw)_mm256_fmadd_ps(a.v, b.v, c.v)};
-        else if constexpr (sizeof(raw) == 32)
-            return {(raw)_mm256_fmadd_pd(a.v, b.v, c.v)};
-        else if constexpr (sizeof(T) == 4)
-            return {(raw)_mm_fmadd_ps(a.v, b.v, c.v)};
-        else
-            return {(raw)_mm_fmadd_pd(a.v, b.v, c.v)};
+        if constexpr (sizeof(raw) == 32 && sizeof(T) == 4) return {(raw)_mm256_fmadd_ps(a.v, b.v, c.v)};
+        else if constexpr (sizeof(raw) == 32) return {(raw)_mm256_fmadd_pd(a.v, b.v, c.v)};
+        else if constexpr (sizeof(T) == 4) return {(raw)_mm_fmadd_ps(a.v, b.v, c.v)};
+        else return {(raw)_mm_fmadd_pd(a.v, b.v, c.v)};
     }
 };
 
@@ -131,14 +122,10 @@ template <class T, int N, int L> QUEVAR_INLINE auto number(vec<T, N, L> x) {
 // One bit a lane: the sign bits of the live lanes.
 template <class T, int N, int L> QUEVAR_INLINE unsigned sign_bits(vec<T, N, L> m) {
     unsigned all;
-    if constexpr (N == 8)
-        all = (unsigned)_mm256_movemask_ps((__m256)m.v);
-    else if constexpr (N == 4 && sizeof(T) == 8)
-        all = (unsigned)_mm256_movemask_pd((__m256d)m.v);
-    else if constexpr (N == 4)
-        all = (unsigned)_mm_movemask_ps((__m128)m.v);
-    else
-        all = (unsigned)_mm_movemask_pd((__m128d)m.v);
+    if constexpr (N == 8) all = (unsigned)_mm256_movemask_ps((__m256)m.v);
+    else if constexpr (N == 4 && sizeof(T) == 8) all = (unsigned)_mm256_movemask_pd((__m256d)m.v);
+    else if constexpr (N == 4) all = (unsigned)_mm_movemask_ps((__m128)m.v);
+    else all = (unsigned)_mm_movemask_pd((__m128d)m.v);
     return L == N ? all : all & ((1u << L) - 1);
 }
 
