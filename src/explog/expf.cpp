@@ -65,7 +65,6 @@ struct LongConstants {
     slot<f32> c3{0x3D2ABB12};                                      // 0.0416823104
     slot<f32> c2{0x3E2ABB12};                                      // 0.166729242
     slot<f32> c1{0x3EFFFFFF};                                      // 0.49999997
-    slot<i32> exponent{0x7F800000};
 };
 QUEVAR_CONSTANTS(LongConstants, long_constants){};
 
@@ -80,8 +79,7 @@ struct Long : Special {
         p = fma(r, p, k.c1);
         p = fma(r * r, p, k.low[bits(t)]);
         const V q = r + p;
-        const V scale = number((bits(t) << 21) & k.exponent);
-        const V s = k.high[bits(t)] * scale;
+        const V s = number(bits(k.high[bits(t)]) + (bits(t) << 21));
         return flagged(fma(s, q, s), beyond_limit(x));
     }
 };
