@@ -59,12 +59,15 @@ struct LongConstants {
     slot<f32> shifter{0x4B4001FC};       // 1.5 * 2^23 + 4 * 127: 4k + j with the exponent's bias on k
     slot<f32> ln2_high{0x3E317000};      // ln 2/4: 0.173278809
     slot<f32> ln2_low{0x3705FDF4};       //         7.98654582e-06
-    row_slot low{0x00000000, 0x33092801, 0x329302AE,
-                 0xB27CE182}; // what high leaves of 2^(j/4), relative to it
-    row_slot high{0x3F800000, 0x3F9837F0, 0x3FB504F3, 0x3FD744FD}; // 2^(j/4)
-    slot<f32> c3{0x3D2ABB12};                                      // 0.0416823104
-    slot<f32> c2{0x3E2ABB12};                                      // 0.166729242
-    slot<f32> c1{0x3EFFFFFF};                                      // 0.49999997
+    // What high leaves of 2^(j/4), relative to it.
+    row_slot low{0x00000000, 0x33092801, 0x329302AE, 0xB27CE182};
+    // The pattern of 2^(j/4), less what t << 21 holds beside k in the exponent field, 127 + j/4: their
+    // integer sum is 2^k 2^(j/4).
+    row_slot high{0x3F800000 - 0x3F800000, 0x3F9837F0 - 0x3FA00000u, 0x3FB504F3 - 0x3FC00000u,
+                  0x3FD744FD - 0x3FE00000u};
+    slot<f32> c3{0x3D2ABB12}; // 0.0416823104
+    slot<f32> c2{0x3E2ABB12}; // 0.166729242
+    slot<f32> c1{0x3EFFFFFF}; // 0.49999997
 };
 QUEVAR_CONSTANTS(LongConstants, long_constants){};
 
