@@ -41,10 +41,9 @@
 
 /* ---- Lane types: quevar_f32x8 and so on; x1 is the scalar, x3 has four lanes in memory ---- */
 
-#ifdef __OPENCL_VERSION__
+#ifdef __OPENCL_C_VERSION__
 #define QUEVAR_VECTOR(name, element, cl, W) typedef cl##W name
 #define QUEVAR_UNALIGNED(name, element, cl, W) typedef cl##W __attribute__((aligned(sizeof(element)))) name
-#define QUEVAR_3(cl) cl##3
 #else
 #define QUEVAR_VECTOR(name, element, cl, W)                                                                  \
     typedef element name __attribute__((vector_size((W) * sizeof(element))))
@@ -76,7 +75,7 @@ QUEVAR_TYPES(f64, double, double, 4);
 QUEVAR_TYPES(i64, long, long, 4);
 QUEVAR_TYPES(u64, unsigned long, ulong, 4);
 
-#ifdef __OPENCL_VERSION__
+#ifdef __OPENCL_C_VERSION__
 typedef float3 quevar_f32x3;
 typedef int3 quevar_i32x3;
 typedef uint3 quevar_u32x3;
@@ -90,6 +89,7 @@ typedef quevar_u32x4 quevar_u32x3;
 typedef quevar_f64x4 quevar_f64x3;
 typedef quevar_i64x4 quevar_i64x3;
 typedef quevar_u64x4 quevar_u64x3;
+#endif
 
 /* Pairs. At width 1 both values are packed in one; otherwise each lies in the low lanes of its half of
  * a wide vector, so that it has a register of its own. */
@@ -104,7 +104,6 @@ QUEVAR_PAIR_TYPES(u32, unsigned int, quevar_u64);
 typedef struct quevar_f64x32m {
     quevar_f64_half_unaligned part[8];
 } quevar_f64x32m;
-#endif
 
 /* ---- From a row of families.def to signatures. The library defines its members with the same
  *      macros: what is declared is what is defined. ---- */
