@@ -1,0 +1,38 @@
+// cosf: the cosine, as the sine of |x| + pi/2.
+#include "sine.hpp"
+
+namespace quevar::cosf {
+
+using namespace circular;
+
+QUEVAR_CONSTANTS(LongPolynomial, long_polynomial){
+    .p1 = 0xBE2AAAA6, // -0.166666597
+    .p2 = 0x3C088764, // 0.00833306089
+    .p3 = 0xB94FB6CF, // -0.000198091599
+    .p4 = 0x362EC335, // 2.60416459e-06
+};
+QUEVAR_CONSTANTS(ShortPolynomial, short_polynomial){
+    .p0 = 0x3F7FF87C, // 0.999885321
+    .p1 = 0xBE29E73F, // -0.165921196
+    .p2 = 0x3BF84524, // 0.00757660158
+};
+
+template <const auto &p> struct Cosine : LargeSine<1> {
+    template <class V> static QUEVAR_INLINE auto main(V x) {
+        const auto &k = sine_constants;
+        const V a = magnitude(x), c = a + k.half_pi;
+        const V shifted = fma(c, k.one_over_pi, k.shifter);
+        const V r = subtract_half_turns<p.pieces>(a, (shifted - k.shifter) - k.half);
+        const V t = r ^ odd_sign(shifted), z = r * r;
+        const V s = fma(t * z, p.rest(z), p.first(t));
+        // Near 0 the sum is pi/2, where the polynomial is not 1.
+        return flagged(select(c == k.half_pi, k.one, s), beyond_limit(x));
+    }
+};
+
+QUEVAR_EXPORT(cos, f, , unary, f32, f32, void, Cosine<long_polynomial>)
+QUEVAR_EXPORT(cos, f, _native, unary, f32, f32, void, Cosine<short_polynomial>)
+QUEVAR_EXPORT(cos, f, _half, unary, f32, f32, void, Cosine<short_polynomial>)
+QUEVAR_EXPORT(cos, f, _rm, unary, f32, f32, void, Cosine<short_polynomial>)
+
+} // namespace quevar::cosf

@@ -1,0 +1,37 @@
+// sinf: the sine.
+#include "sine.hpp"
+
+namespace quevar::sinf {
+
+using namespace circular;
+
+QUEVAR_CONSTANTS(LongPolynomial, long_polynomial){
+    .p1 = 0xBE2AAAA6, // -0.166666597
+    .p2 = 0x3C088766, // 0.00833306275
+    .p3 = 0xB94FB7FF, // -0.000198096022
+    .p4 = 0x362EDEF8, // 2.60578054e-06
+};
+QUEVAR_CONSTANTS(ShortPolynomial, short_polynomial){
+    .p0 = 0x3F7FF87C, // 0.999885321
+    .p1 = 0xBE29E72F, // -0.165920958
+    .p2 = 0x3BF84524, // 0.00757660158
+};
+
+template <const auto &p> struct Sine : LargeSine<0> {
+    template <class V> static QUEVAR_INLINE auto main(V x) {
+        const auto &k = sine_constants;
+        const V a = magnitude(x);
+        const V shifted = fma(a, k.one_over_pi, k.shifter);
+        const V r = subtract_half_turns<p.pieces>(a, shifted - k.shifter);
+        const V t = r ^ odd_sign(shifted), z = r * r;
+        const V s = fma(t, z * p.rest(z), p.first(t));
+        return flagged(s ^ (x ^ a), beyond_limit(x));
+    }
+};
+
+QUEVAR_EXPORT(sin, f, , unary, f32, f32, void, Sine<long_polynomial>)
+QUEVAR_EXPORT(sin, f, _native, unary, f32, f32, void, Sine<short_polynomial>)
+QUEVAR_EXPORT(sin, f, _half, unary, f32, f32, void, Sine<short_polynomial>)
+QUEVAR_EXPORT(sin, f, _rm, unary, f32, f32, void, Sine<short_polynomial>)
+
+} // namespace quevar::sinf
