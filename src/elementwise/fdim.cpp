@@ -3,25 +3,16 @@
 
 namespace quevar::fdim {
 
-template <class T> struct Constants { slot<signed_bits<T>> exponent{format<T>::exponent}; };
-QUEVAR_CONSTANTS(Constants<f32>, fdimf_constants){};
-QUEVAR_CONSTANTS(Constants<f64>, fdim_constants){};
-
-template <class T, const Constants<T> &k> struct Fdim {
+struct Fdim {
     template <class V> static QUEVAR_INLINE auto main(V x, V y) {
-        const V r = keep(x > y, x - y);
-        const auto special = ((bits(x) & k.exponent) == k.exponent) | ((bits(y) & k.exponent) == k.exponent);
-        return flagged(r, special);
+        return flagged(keep(x > y, x - y), unordered(x, y));
     }
 
-    // Infinities in order keep the main path's result; of two NaNs y wins.
-    static void rare(const T *x, const T *y, T *r) {
-        if (is_nan(*x)) *r = quiet(*x);
-        if (is_nan(*y)) *r = quiet(*y);
-    }
+    // Of two NaNs y wins.
+    template <class T> static void rare(const T *x, const T *y, T *r) { *r = quiet(is_nan(*y) ? *y : *x); }
 };
 
-QUEVAR_EXPORT(fdim, f, , binary, f32, f32, void, Fdim<f32, fdimf_constants>)
-QUEVAR_EXPORT(fdim, , , binary, f64, f64, void, Fdim<f64, fdim_constants>)
+QUEVAR_EXPORT(fdim, f, , binary, f32, f32, void, Fdim)
+QUEVAR_EXPORT(fdim, , , binary, f64, f64, void, Fdim)
 
 } // namespace quevar::fdim

@@ -1,0 +1,32 @@
+// div: the quotient x / y.
+#include "frame/frame.hpp"
+
+namespace quevar::div {
+
+struct Exact {
+    template <class V> static QUEVAR_INLINE V main(V x, V y) { return x / y; }
+};
+
+struct Constants {
+    slot<i32> magnitude{0x7FFFFFFF};
+    slot<i32> least{0x00800000}; // the smallest normal number
+    slot<i32> range{0x7DFFFFFF}; // from it to 2^126, where the reciprocal is normal
+};
+QUEVAR_CONSTANTS(Constants, constants){};
+
+struct Estimate {
+    template <class V> static QUEVAR_INLINE auto main(V x, V y) {
+        const auto &k = constants;
+        return flagged(x * reciprocal_estimate(y), ((bits(y) - k.least) & k.magnitude) > k.range);
+    }
+    static void rare(const f32 *x, const f32 *y, f32 *r) { *r = *x / *y; }
+};
+
+QUEVAR_EXPORT(div, f, , binary, f32, f32, void, Exact)
+QUEVAR_EXPORT(div, f, _rm, binary, f32, f32, void, Exact)
+QUEVAR_EXPORT(div, f, _native, binary, f32, f32, void, Estimate)
+QUEVAR_EXPORT(div, f, _half, binary, f32, f32, void, Estimate)
+QUEVAR_EXPORT(div, , , binary, f64, f64, void, Exact)
+QUEVAR_EXPORT(div, , _native, binary, f64, f64, void, Exact)
+
+} // namespace quevar::div
