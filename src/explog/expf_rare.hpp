@@ -26,10 +26,6 @@ struct Sixtyfourths {
     f32 scaled(f64 p) const { return (f32)((p * high + high) * power_of_two(k + 1023)); }
 };
 
-inline f64 horner(f64, f64 c0) { return c0; }
-// c0 x^n + c1 x^(n-1) + ...
-template <class... C> f64 horner(f64 x, f64 c0, f64 c1, C... c) { return horner(x, c0 * x + c1, c...); }
-
 // True if x is infinite or NaN, with its result in r.
 inline bool infinite_or_nan(f32 x, f32 *r) {
     if (exponent_field(x) != format<f32>::field_max) return false;
