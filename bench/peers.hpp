@@ -6,6 +6,16 @@
 #include <cstddef>
 #include <sleef.h>
 
+// SLEEF exports these without declaring them.
+extern "C" {
+__m128 Sleef_ldexpf4_avx2128(__m128, __m128i);
+__m256 Sleef_ldexpf8_avx2(__m256, __m256i);
+__m128i Sleef_expfrexpf4_avx2128(__m128);
+__m256i Sleef_expfrexpf8_avx2(__m256);
+__m128i Sleef_ilogbf4_avx2128(__m128);
+__m256i Sleef_ilogbf8_avx2(__m256);
+}
+
 namespace quevar_bench {
 
 struct None {};
@@ -52,8 +62,42 @@ template <size_t Size> struct Name {
 
 template <Name base> constexpr auto peers = Peers(Range{}, Range{}, NAN, None{}, None{}, None{});
 
+// Two ints beside two doubles fill half of the register that SLEEF takes; its frexp is two functions.
+constexpr auto sleef_ldexp = [](auto x, auto n) {
+    if constexpr (sizeof n == 8) return Sleef_ldexpd2_avx2128(x, __m128i{(long long)n});
+    else return SLEEF(ldexp, )(x, n);
+};
+constexpr auto sleef_frexp = [](auto x) {
+    struct {
+        decltype(x) x;
+        decltype(SLEEF(expfrexp, )(x)) y;
+    } both{SLEEF(frfrexp, )(x), SLEEF(expfrexp, )(x)};
+    return both;
+};
+
 #define PEERS(base, ...) template <> constexpr auto peers<#base> = Peers(__VA_ARGS__);
 // clang-format off
+PEERS(sqrt,  {0.01, 100}, {},        NAN, SLEEF(sqrt, ),     SLEEF(sqrt, u35),  LIBM(sqrt))
+PEERS(fma,   {-10, 10},   {-10, 10}, NAN, SLEEF(fma, ),      SLEEF(fma, ),      LIBM(fma))
+PEERS(fmod,  {-100, 100}, {1, 10},   1e9, SLEEF(fmod, ),     SLEEF(fmod, ),     LIBM(fmod))
+PEERS(remainder, {-100, 100}, {1, 10}, 1e9, SLEEF(remainder, ), SLEEF(remainder, ), LIBM(remainder))
+PEERS(remquo, {-100, 100}, {1, 10},  1e9, None{},            None{},            LIBM(remquo))
+PEERS(ceil,  {-100, 100}, {},        NAN, SLEEF(ceil, ),     SLEEF(ceil, ),     LIBM(ceil))
+PEERS(floor, {-100, 100}, {},        NAN, SLEEF(floor, ),    SLEEF(floor, ),    LIBM(floor))
+PEERS(trunc, {-100, 100}, {},        NAN, SLEEF(trunc, ),    SLEEF(trunc, ),    LIBM(trunc))
+PEERS(rint,  {-100, 100}, {},        NAN, SLEEF(rint, ),     SLEEF(rint, ),     LIBM(rint))
+PEERS(nearbyint, {-100, 100}, {},    NAN, SLEEF(rint, ),     SLEEF(rint, ),     LIBM(nearbyint))
+PEERS(round, {-100, 100}, {},        NAN, SLEEF(round, ),    SLEEF(round, ),    LIBM(round))
+PEERS(fabs,  {-100, 100}, {},        NAN, SLEEF(fabs, ),     SLEEF(fabs, ),     LIBM(fabs))
+PEERS(copysign, {-10, 10}, {-10, 10}, NAN, SLEEF(copysign, ), SLEEF(copysign, ), LIBM(copysign))
+PEERS(fmax,  {-10, 10},   {-10, 10}, NAN, SLEEF(fmax, ),     SLEEF(fmax, ),     LIBM(fmax))
+PEERS(fmin,  {-10, 10},   {-10, 10}, NAN, SLEEF(fmin, ),     SLEEF(fmin, ),     LIBM(fmin))
+PEERS(ldexp, {1, 1000},   {-20, 20}, NAN, sleef_ldexp,       sleef_ldexp,       LIBM(ldexp))
+PEERS(frexp, {1, 1000},   {},        NAN, sleef_frexp,       sleef_frexp,       LIBM(frexp))
+PEERS(ilogb, {1, 1000},   {},        NAN, SLEEF(ilogb, ),    SLEEF(ilogb, ),    LIBM(ilogb))
+PEERS(logb,  {1, 1000},   {},        NAN, None{},            None{},            LIBM(logb))
+PEERS(modf,  {-100, 100}, {},        NAN, SLEEF(modf, ),     SLEEF(modf, ),     LIBM(modf))
+PEERS(nextafter, {-10, 10}, {-10, 10}, NAN, SLEEF(nextafter, ), SLEEF(nextafter, ), LIBM(nextafter))
 PEERS(fdim,  {-10, 10},   {-10, 10}, NAN, SLEEF(fdim, ),     SLEEF(fdim, ),     LIBM(fdim))
 PEERS(exp,   {-80, 80},   {},        NAN, SLEEF(exp, u10),   SLEEF(exp, u10),   LIBM(exp))
 PEERS(exp2,  {-120, 120}, {},        NAN, SLEEF(exp2, u10),  SLEEF(exp2, u35),  LIBM(exp2))
@@ -61,6 +105,11 @@ PEERS(exp10, {-36, 36},   {},        NAN, SLEEF(exp10, u10), SLEEF(exp10, u35), 
 PEERS(log,   {0.01, 100}, {},        NAN, SLEEF(log, u10),   SLEEF(log, u35),   LIBM(log))
 PEERS(log2,  {0.01, 100}, {},        NAN, SLEEF(log2, u10),  SLEEF(log2, u35),  LIBM(log2))
 PEERS(log10, {0.01, 100}, {},        NAN, SLEEF(log10, u10), SLEEF(log10, u10), LIBM(log10))
+PEERS(tan,   {-100, 100}, {},        1e6, SLEEF(tan, u10),   SLEEF(tan, u35),   LIBM(tan))
+PEERS(sin,   {-100, 100}, {},        1e6, SLEEF(sin, u10),  SLEEF(sin, u35),   LIBM(sin))
+PEERS(cos,   {-100, 100}, {},        1e6, SLEEF(cos, u10),  SLEEF(cos, u35),   LIBM(cos))
+PEERS(sincos, {-100, 100}, {},       1e6, SLEEF(sincos, u10), SLEEF(sincos, u35), None{})
+PEERS(sincosreg, {-100, 100}, {},    1e6, SLEEF(sincos, u10), SLEEF(sincos, u35), None{})
 // clang-format on
 #undef PEERS
 

@@ -7,6 +7,8 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
+#include <type_traits>
 
 #include "quevar/quevar.h"
 
@@ -51,6 +53,9 @@ template <class T> const lanes<T> x = scatter<T>(0.37);
 template <class T> const lanes<T> y = scatter<T>(0.61);
 template <class T> const lanes<T> z = scatter<T>(0.83);
 
+constexpr bool is_with_int(std::string_view shape) { return shape == "with_int"; }
+template <class A, bool with_int> using Beside = std::conditional_t<with_int, int, A>; // what y is
+
 template <class R, class Kernel, class Member>
 void check(const char *builtin, int width, Kernel kernel, Member member) {
     lanes<R> result{};
@@ -75,7 +80,8 @@ TEST(OpenCl, LanesAgreeWithScalarMembers) {
     check<quevar_##R>(                                                                                       \
         #name, W,                                                                                            \
         [](void *result) {                                                                                   \
-            name##_##mark##W(&x<quevar_##A>, &y<quevar_##A>, &z<quevar_##A>, second.data(), result);         \
+            name##_##mark##W(&x<quevar_##A>, &y<Beside<quevar_##A, is_with_int(#shape)>>, &z<quevar_##A>,    \
+                             second.data(), result);                                                         \
         },                                                                                                   \
         [](int i) {                                                                                          \
             return QUEVAR_NAME(base, mark, tier,                                                             \

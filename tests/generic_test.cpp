@@ -14,7 +14,7 @@ using namespace quevar::tool;
 
 // Families that at width 1 round separately some steps which they fuse at the other widths.
 bool fused_at_width_1(const Family &f) {
-    static const std::set<std::string> separate = {};
+    static const std::set<std::string> separate = {"log2f", "log2f_rm"};
     return !separate.contains(f.name());
 }
 

@@ -51,12 +51,13 @@ template <class T, int C, int Rows> struct alignas(64) table {
 template <class V, int C> struct columns { V column[C]; };
 template <std::size_t I, class V, int C> QUEVAR_INLINE V get(const columns<V, C> &c) { return c.column[I]; }
 
-// Row fetch: for each lane one load of the whole row, then a transposition. The caller has masked the row
-// numbers, so that they are in the table whatever the lane holds.
-template <int Rows, int N, int L>
+// Row fetch: for each lane one load of the whole row, then a transposition. Rows are counted from First. The
+// caller has seen to it that the numbers are in the table whatever the lane holds.
+template <int First = 0, int Rows, int N, int L>
 QUEVAR_INLINE columns<vec<f32, N, L>, 2> fetch(const table<f32, 2, Rows> &t, vec<i32, N, L> number) {
     using V = vec<f32, N, L>;
-    const double *const base = reinterpret_cast<const double *>(t.row); // a row as one value to load
+    const auto base =
+        reinterpret_cast<const double *>((u64)t.row - First * sizeof t.row[0]); // a row as one value
     // Two rows in one register; their numbers come in one 64-bit extraction.
     const auto two_rows = [base](i64 numbers) QUEVAR_ALWAYS_INLINE {
         return _mm_castpd_ps(_mm_loadh_pd(_mm_load_sd(base + (u32)numbers), base + ((u64)numbers >> 32)));

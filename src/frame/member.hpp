@@ -141,6 +141,7 @@ template <int W, class T, int P, int N, int L> QUEVAR_INLINE void store(T *p, pa
     else if constexpr (P == 1) store_raw(p, slice<0, (W == 2 ? 2 : N)>(x.part[0].v));
     else for_each_part<P>([&](auto i) QUEVAR_ALWAYS_INLINE { store_raw(p + i * N, x.part[i].v); });
 }
+template <int W, class T, int P> QUEVAR_INLINE void store(T *, parts<none, P>) {}
 template <int W, class Work, class T> QUEVAR_INLINE auto load(const T *p) {
     using V = typename Work::template vector<T>;
     parts<V, Work::parts> x;
@@ -165,9 +166,16 @@ template <class A, class B, class M> QUEVAR_INLINE outcome<A, B, M> as_outcome(o
 template <int P, class A, class B, class M>
 auto outcome_parts(outcome<A, B, M>) -> outcome<parts<A, P>, parts<B, P>, parts<M, P>>;
 
-template <int P, class Step, class... X> QUEVAR_INLINE auto over_parts(Step step, const parts<X, P> &...x) {
+// Lets nothing that depends on x begin before r is there.
+template <class X, class R> QUEVAR_INLINE void begin_after(X &x, const R &r) {
+    asm("" : "+x"(x.v) : "x"(r.v));
+}
+
+template <int P, class Step, class... X> QUEVAR_INLINE auto over_parts(Step step, parts<X, P>... x) {
     decltype(outcome_parts<P>(as_outcome(step(x.part[0]...)))) out;
     for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE {
+        // Four parts at once would not fit the registers.
+        if constexpr (p == 2) (begin_after(x.part[p], out.first.part[p - 1]), ...);
         const auto o = as_outcome(step(x.part[p]...));
         out.first.part[p] = o.first;
         out.second.part[p] = o.second;
@@ -182,12 +190,19 @@ template <class M, int P> QUEVAR_INLINE unsigned joined_mask(const parts<M, P> &
                          QUEVAR_ALWAYS_INLINE { mask |= sign_bits(special.part[p]) << p * M::lanes; });
     return mask;
 }
-template <class M, int P> QUEVAR_INLINE bool any_special(const parts<M, P> &special) {
-    M any = special.part[0];
-    for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE { any = any | special.part[p]; });
-    return sign_bits(any) != 0;
+// Whether a lane is special. Apart: by each part's own bits, for where the registers are needed for other
+// things than to join masks there, as the compiler would if it knew what they are.
+template <bool Apart, class M, int P> QUEVAR_INLINE bool any_special(parts<M, P> special) {
+    if constexpr (Apart) {
+        for (M &m : special.part) asm("" : "+x"(m.v));
+        return joined_mask(special) != 0;
+    } else {
+        M any = special.part[0];
+        for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE { any = any | special.part[p]; });
+        return sign_bits(any) != 0;
+    }
 }
-template <int P> QUEVAR_INLINE bool any_special(const parts<none, P> &) { return false; }
+template <bool, int P> QUEVAR_INLINE bool any_special(const parts<none, P> &) { return false; }
 
 template <class> constexpr bool is_none = false;
 template <int P> constexpr bool is_none<parts<none, P>> = true;
@@ -238,6 +253,7 @@ template <class F, class Row, int W> struct member {
     }();
     using Work = working<W, bytes>;
     static constexpr int P = Work::parts;
+    using Part = working<Work::lanes, bytes>; // one part alone
 
     template <class T, class... Raw> static QUEVAR_INLINE auto take(Raw... raw) {
         if constexpr (std::is_same_v<T, A>) return frame::take<T, W, Work>(Row::filler, raw...);
@@ -251,7 +267,30 @@ template <class F, class Row, int W> struct member {
         return over_parts<P>([](auto... v) QUEVAR_ALWAYS_INLINE { return F::main(v...); }, x...);
     }
     template <class Out> static QUEVAR_INLINE bool any_special(const Out &out) {
-        return frame::any_special(out.special);
+        return frame::any_special<P == 4>(out.special);
+    }
+    // The same from memory to memory, part by part, as not all would fit the registers at once. Says whether
+    // a lane is special.
+    template <class S> struct InMemory {
+        R *block;
+        S *second;
+
+        template <class... X> QUEVAR_INLINE bool main(const X *...x) const {
+            bool special = false;
+            for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE {
+                constexpr int first = p * Work::lanes;
+                const auto out = over_parts<1>([](auto... v) QUEVAR_ALWAYS_INLINE { return F::main(v...); },
+                                               frame::load<Work::lanes, Part>(x + first)...);
+                store<Work::lanes>(block + first, out.first);
+                if constexpr (Row::pair) store<Work::lanes>(block + W + first, out.second);
+                else store<Work::lanes>(second + first, out.second);
+                special |= frame::any_special<true>(out.special);
+            });
+            return special;
+        }
+    };
+    template <class S = none> static QUEVAR_INLINE InMemory<S> into(R *block, S *second = nullptr) {
+        return {block, second};
     }
     // The same, then settle and the lane loop.
     template <class... V> static auto all_paths(const parts<V, P> &...x) {
@@ -275,20 +314,20 @@ template <class F, class Row, int W> struct member {
     }
 
     // The result as the member returns it, and as it is stored in a block; a second one through the pointer.
-    template <class Out, class S = void>
+    template <class Out, class S = none>
     static QUEVAR_INLINE auto result(const Out &out, S *second = nullptr) {
         if constexpr (Row::pair) {
             return pair<W>(out.first, out.second);
         } else {
-            if constexpr (!is_none<decltype(out.second)>) store<W>(second, out.second);
+            store<W>(second, out.second);
             return single<W>(out.first);
         }
     }
-    template <class Out, class S = void>
+    template <class Out, class S = none>
     static QUEVAR_INLINE void store_result(R *block, const Out &out, S *second = nullptr) {
         store<W>(block, out.first);
         if constexpr (Row::pair) store<W>(block + W, out.second);
-        else if constexpr (!is_none<decltype(out.second)>) store<W>(second, out.second);
+        else store<W>(second, out.second);
     }
 };
 
@@ -324,6 +363,7 @@ namespace rows {
     quevar::frame::member<__VA_ARGS__, quevar::rows::base##_##mark##tier, W>
 #define QUEVAR_TAKE(T, W, v) m::take<quevar::T>(QUEVAR_FORM(QUEVAR_NAMES_, T, W)(v))
 #define QUEVAR_TAKE_MEMORY(T, W, v) m::load<quevar::T>(v)
+#define QUEVAR_LANES_MEMORY(T, W, v) (const quevar::T *)&v
 #define QUEVAR_NAMES(T, W, v) QUEVAR_FORM(QUEVAR_NAMES_, T, W)(v)
 #define QUEVAR_NAMES_MEMORY(T, W, v) v
 
@@ -358,9 +398,8 @@ namespace rows {
     quevar_##R *memory_##base##mark##W##tier(quevar_##R *r,                                                  \
                                              QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P)) {   \
         using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
-        const auto out = m::main(QUEVAR_VECTORS_##shape(QUEVAR_TAKE_MEMORY, A, W));                          \
-        m::store_result(r, out QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                              \
-        if (m::any_special(out)) [[unlikely]]                                                                \
+        if (m::into(r QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P))                                        \
+                .main(QUEVAR_VECTORS_##shape(QUEVAR_LANES_MEMORY, A, W))) [[unlikely]]                       \
             return special_##base##mark##W##tier(r, QUEVAR_VECTORS_##shape(QUEVAR_NAMES_MEMORY, A, W)        \
                                                         QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));     \
         return r;                                                                                            \

@@ -26,6 +26,9 @@ enum rounding_mode { to_nearest = 0, downward = 1, upward = 2, toward_zero = 3, 
 
 template <rounding_mode M, class T, int N, int L> QUEVAR_INLINE vec<T, N, L> round(vec<T, N, L> x) {
     if constexpr (is_pair_of_words<T, N>) return lower_two(round<M>(doubled(x)));
+    else if constexpr (L == 1 && N == 4 && sizeof(T) == 4)
+        return {(typename vec<T, N>::raw)_mm_round_ss(x.v, x.v, M)};
+    else if constexpr (L == 1 && N == 2) return {(typename vec<T, N>::raw)_mm_round_sd(x.v, x.v, M)};
     else if constexpr (N == 8) return {(typename vec<T, N>::raw)_mm256_round_ps(x.v, M)};
     else if constexpr (N == 4 && sizeof(T) == 4) return {(typename vec<T, N>::raw)_mm_round_ps(x.v, M)};
     else if constexpr (N == 4) return {(typename vec<T, N>::raw)_mm256_round_pd(x.v, M)};
@@ -51,6 +54,11 @@ template <class T, int N, int L> QUEVAR_INLINE vec<T, N, L> max(vec<T, N, L> a, 
     else if constexpr (N == 4 && sizeof(T) == 4) return {_mm_max_ps(a.v, b.v)};
     else if constexpr (N == 4) return {_mm256_max_pd(a.v, b.v)};
     else return {_mm_max_pd(a.v, b.v)};
+}
+
+// True where either is NaN.
+template <class T, int N, int L> QUEVAR_INLINE auto unordered(vec<T, N, L> a, vec<T, N, L> b) {
+    return ~((a == a) & (b == b));
 }
 
 // ---- Estimates, which differ between processors ----
@@ -91,6 +99,13 @@ template <int N, int L> QUEVAR_INLINE vec<i32, N, L> truncated_to_i32(vec<f64, N
     else return lower_two(vec<i32, 4, L>{(typename vec<i32, 4>::raw)_mm_cvttpd_epi32(x.v)});
 }
 
+// -x where m is set, of integers.
+template <class T, int N, int L>
+QUEVAR_INLINE vec<T, N, L> negate_where(vec<signed_bits<T>, N, L> m, vec<T, N, L> x) {
+    const vec<T, N, L> all_ones{(typename vec<T, N>::raw)m.v};
+    return (x ^ all_ones) - all_ones;
+}
+
 // ---- Words of 64-bit lanes ----
 
 template <class T, int N, int L> QUEVAR_INLINE vec<i32, N, L> low_words(vec<T, N, L> x) {
@@ -104,18 +119,29 @@ template <int N, int L> QUEVAR_INLINE vec<i64, N, L> from_high_words(vec<i32, N,
     return convert<i64>(x) << 32;
 }
 
+// The 32-bit words of all lanes where they stand, which costs nothing, and lanes of given words.
+template <class T, int N, int L> QUEVAR_INLINE auto words(vec<T, N, L> x) {
+    using W = vec<i32, N *(int)sizeof(T) / 4, L *(int)sizeof(T) / 4>;
+    return W{(typename W::raw)x.v};
+}
+template <class V, class W> QUEVAR_INLINE V from_words(W x) { return {(typename V::raw)x.v}; }
+
 // A mask for `special` alone: its sign bit tells whether the high word of a is greater than that of b, as
 // signed integers. The words are compared in place, which costs nothing; comparing 64-bit lanes does.
+// A 32-bit lane is its own high word.
 template <class T, int N, int L>
-QUEVAR_INLINE vec<i64, N, L> high_word_greater(vec<T, N, L> a, same<vec<T, N, L>> b) {
-    using W = typename vec<i32, 2 * N>::raw;
-    return {(typename vec<i64, N>::raw)((W)a.v > (W)b.v)};
+QUEVAR_INLINE vec<signed_bits<T>, N, L> high_word_greater(vec<T, N, L> a, same<vec<T, N, L>> b) {
+    return from_words<vec<signed_bits<T>, N, L>>(words(a) > words(b));
 }
 // a - b by words, for range tests on the high words.
 template <class T, int N, int L>
 QUEVAR_INLINE vec<T, N, L> subtract_words(vec<T, N, L> a, same<vec<T, N, L>> b) {
-    using W = typename vec<u32, 2 * N>::raw;
-    return {(typename vec<T, N>::raw)((W)a.v - (W)b.v)};
+    return from_words<vec<T, N, L>>(words(a) - words(b));
+}
+
+// The upper words of the products of 32-bit lanes.
+template <int N, int L> QUEVAR_INLINE vec<u32, N, L> multiply_high(vec<u32, N, L> a, same<vec<u32, N, L>> b) {
+    return convert<u32>((convert<u64>(a) * convert<u64>(b)) >> 32);
 }
 
 // Shifts by a count of its own in each lane; a count out of range, negative ones included, gives 0.
@@ -151,5 +177,22 @@ QUEVAR_INLINE vec<T, N, L> shift_left(vec<T, N, L> x, same<vec<T, N, L>> count) 
     }
 QUEVAR_IN_ORDER(add_in_order, "add")
 QUEVAR_IN_ORDER(multiply_in_order, "mul")
+
+// a b + c with one rounding; of several NaN operands the first, which each form of the instruction takes from
+// another place.
+template <class T, int N, int L>
+QUEVAR_INLINE vec<T, N, L> fma_in_order(vec<T, N, L> a, vec<T, N, L> b, vec<T, N, L> c) {
+    if constexpr (L == 1) {
+        T r = a.v[0];
+        if constexpr (sizeof(T) == 4)
+            asm("vfmadd132ss %2, %1, %0" : "+x"(r) : "x"(T(c.v[0])), "x"(T(b.v[0])));
+        else asm("vfmadd132sd %2, %1, %0" : "+x"(r) : "x"(T(c.v[0])), "x"(T(b.v[0])));
+        return vec<T, N, L>::splat(r);
+    } else {
+        if constexpr (sizeof(T) == 4) asm("vfmadd132ps %2, %1, %0" : "+x"(a.v) : "x"(c.v), "x"(b.v));
+        else asm("vfmadd132pd %2, %1, %0" : "+x"(a.v) : "x"(c.v), "x"(b.v));
+        return a;
+    }
+}
 
 } // namespace quevar

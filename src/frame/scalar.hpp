@@ -39,6 +39,12 @@ template <class T> inline T at_run_time(T x) {
 // x with a signalling NaN made quiet, as the processor's x * 1.0 gives it.
 template <class T> inline T quiet(T x) { return x * at_run_time(T(1)); }
 
+// c0 x^n + c1 x^(n-1) + ...
+template <class T> inline T horner(T, T c0) { return c0; }
+template <class T, class... C> inline T horner(T x, T c0, T c1, C... c) {
+    return horner(x, c0 * x + c1, c...);
+}
+
 // 2^(field - 1023) from the low 11 bits of an exponent field.
 inline f64 power_of_two(int field) { return f64_of((u64)(field & 0x7FF) << 52); }
 
