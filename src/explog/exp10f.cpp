@@ -1,22 +1,14 @@
 // exp10f: 10 to the power x.
-#include "expf_rare.hpp"
+#include "expf_parts.hpp"
 
 namespace quevar::exp10f {
 
 using namespace explog;
 
-struct Limits {
-    slot<i32> magnitude{0x7FFFFFFF};
-    slot<i32> special{0x4217B818}; // 37.9297791: beyond it the result may leave the normal numbers
-};
-QUEVAR_CONSTANTS(Limits, limits){};
+QUEVAR_CONSTANTS(Limit, limit){
+    .special = 0x4217B818}; // 37.9297791: beyond it the result may leave the normal numbers
 
 struct Special {
-    // By pattern, so NaN and infinities too.
-    template <class V> static QUEVAR_INLINE auto beyond_limit(V x) {
-        return (bits(x) & limits.magnitude) > limits.special;
-    }
-
     [[gnu::noinline]] static void rare(const f32 *x, f32 *r) {
         if (infinite_or_nan(*x, r)) return;
         const f64 X = *x;
@@ -66,7 +58,7 @@ struct Long : Special {
         const auto [high, low] = fetch(rows, bits(t) & k.index);
         const V p = fma(r, k.c2, k.c1);
         const V w = high + fma(high, r * p, low);
-        return flagged(number(bits(w) + ((bits(t) & k.octave) << 16)), beyond_limit(x));
+        return flagged(number(bits(w) + ((bits(t) & k.octave) << 16)), beyond(x, limit));
     }
 };
 
@@ -74,10 +66,12 @@ struct Long : Special {
 struct ShortConstants {
     slot<f32> log2_10{0x40549A78}; // 3.32192802
     slot<f32> shifter{0x4B400000}; // 1.5 * 2^23
-    slot<f32> d0{0x3F800000};      // 1
-    slot<f32> d1{0x3F317422};      // 0.693178296
-    slot<f32> d2{0x3E77D66A};      // 0.242028862
-    slot<f32> d3{0x3D63582B};      // 0.0555040054
+    slot<f32> d[4] = {
+        0x3D63582B, // 0.0555040054
+        0x3E77D66A, // 0.242028862
+        0x3F317422, // 0.693178296
+        0x3F800000, // 1
+    };
 };
 QUEVAR_CONSTANTS(ShortConstants, short_constants){};
 
@@ -87,10 +81,7 @@ struct Short : Special {
         const V t = fma(x, k.log2_10, k.shifter);
         const V n = t - k.shifter;
         const V r = fms(x, k.log2_10, n); // in units of log10(2)
-        V p = fma(r, k.d3, k.d2);
-        p = fma(r, p, k.d1);
-        p = fma(r, p, k.d0);
-        return flagged(number(bits(p) + (bits(t) << 23)), beyond_limit(x));
+        return flagged(scaled_by_pattern(polynomial(r, k.d), t), beyond(x, limit));
     }
 };
 

@@ -1,22 +1,14 @@
 // exp2f: 2 to the power x.
-#include "expf_rare.hpp"
+#include "expf_parts.hpp"
 
 namespace quevar::exp2f {
 
 using namespace explog;
 
-struct Limits {
-    slot<i32> magnitude{0x7FFFFFFF};
-    slot<i32> special{0x42FC0000}; // 126: beyond it the result may leave the normal numbers
-};
-QUEVAR_CONSTANTS(Limits, limits){};
+QUEVAR_CONSTANTS(Limit,
+                 limit){.special = 0x42FC0000}; // 126: beyond it the result may leave the normal numbers
 
 struct Special {
-    // By pattern, so NaN and infinities too.
-    template <class V> static QUEVAR_INLINE auto beyond_limit(V x) {
-        return (bits(x) & limits.magnitude) > limits.special;
-    }
-
     [[gnu::noinline]] static void rare(const f32 *x, f32 *r) {
         if (infinite_or_nan(*x, r)) return;
         const f64 X = *x;
@@ -61,17 +53,19 @@ struct Long : Special {
         const V p = fma(r, k.c2, k.c1);
         const V w = high + fma(high, r * p, low);
         const V result = number(bits(w) + ((bits(t) << 17) & k.sign_and_exponent));
-        return flagged(result, beyond_limit(x));
+        return flagged(result, beyond(x, limit));
     }
 };
 
 // No table: a polynomial of degree 3 over a whole octave. Its constant term is not 1.
 struct ShortConstants {
     slot<f32> shifter{0x4B400000}; // 1.5 * 2^23
-    slot<f32> d0{0x3F7FFB49};      // 0.999928057
-    slot<f32> d1{0x3F31798D};      // 0.693260968
-    slot<f32> d2{0x3E786F13};      // 0.242611215
-    slot<f32> d3{0x3D61FBCC};      // 0.0551717728
+    slot<f32> d[4] = {
+        0x3D61FBCC, // 0.0551717728
+        0x3E786F13, // 0.242611215
+        0x3F31798D, // 0.693260968
+        0x3F7FFB49, // 0.999928057
+    };
 };
 QUEVAR_CONSTANTS(ShortConstants, short_constants){};
 
@@ -81,10 +75,7 @@ struct Short : Special {
         const V t = x + k.shifter;
         const V n = t - k.shifter;
         const V r = x - n;
-        V p = fma(r, k.d3, k.d2);
-        p = fma(r, p, k.d1);
-        p = fma(r, p, k.d0);
-        return flagged(number(bits(p) + (bits(t) << 23)), beyond_limit(x));
+        return flagged(scaled_by_pattern(polynomial(r, k.d), t), beyond(x, limit));
     }
 };
 

@@ -1,5 +1,5 @@
 // expf: e to the power x.
-#include "expf_rare.hpp"
+#include "expf_parts.hpp"
 
 namespace quevar::expf {
 
@@ -65,9 +65,11 @@ struct LongConstants {
     // integer sum is 2^k 2^(j/4).
     row_slot high{0x3F800000 - 0x3F800000, 0x3F9837F0 - 0x3FA00000u, 0x3FB504F3 - 0x3FC00000u,
                   0x3FD744FD - 0x3FE00000u};
-    slot<f32> c3{0x3D2ABB12}; // 0.0416823104
-    slot<f32> c2{0x3E2ABB12}; // 0.166729242
-    slot<f32> c1{0x3EFFFFFF}; // 0.49999997
+    slot<f32> c[3] = {
+        0x3D2ABB12, // 0.0416823104
+        0x3E2ABB12, // 0.166729242
+        0x3EFFFFFF, // 0.49999997
+    };
 };
 QUEVAR_CONSTANTS(LongConstants, long_constants){};
 
@@ -78,10 +80,7 @@ struct Long : Special {
         const V n = t - k.shifter;
         V r = fnma(n, k.ln2_high, x);
         r = fnma(n, k.ln2_low, r);
-        V p = fma(k.c3, r, k.c2);
-        p = fma(r, p, k.c1);
-        p = fma(r * r, p, k.low[bits(t)]);
-        const V q = r + p;
+        const V q = r + fma(r * r, polynomial(r, k.c), k.low[bits(t)]);
         const V s = number(bits(k.high[bits(t)]) + (bits(t) << 21));
         return flagged(fma(s, q, s), beyond_limit(x));
     }
@@ -92,10 +91,12 @@ struct ShortConstants {
     slot<f32> one_over_ln2{0x3FB8AA3B}; // 1.44269502
     slot<f32> shifter{0x4B400000};      // 1.5 * 2^23
     slot<f32> ln2{0x3F317218};          // 0.693147182
-    slot<f32> d0{0x3F800000};           // 1
-    slot<f32> d1{0x3F8003DE};           // 1.00011802
-    slot<f32> d2{0x3F00F2D6};           // 0.503705382
-    slot<f32> d3{0x3E2963AC};           // 0.165419281
+    slot<f32> d[4] = {
+        0x3E2963AC, // 0.165419281
+        0x3F00F2D6, // 0.503705382
+        0x3F8003DE, // 1.00011802
+        0x3F800000, // 1
+    };
 };
 QUEVAR_CONSTANTS(ShortConstants, short_constants){};
 
@@ -105,10 +106,7 @@ struct Short : Special {
         const V t = fma(x, k.one_over_ln2, k.shifter);
         const V n = t - k.shifter;
         const V r = fnma(n, k.ln2, x);
-        V p = fma(r, k.d3, k.d2);
-        p = fma(r, p, k.d1);
-        p = fma(r, p, k.d0);
-        return flagged(number(bits(p) + (bits(t) << 23)), beyond_limit(x));
+        return flagged(scaled_by_pattern(polynomial(r, k.d), t), beyond_limit(x));
     }
 };
 

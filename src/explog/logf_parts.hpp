@@ -27,14 +27,6 @@ template <class V> QUEVAR_INLINE Octave<V> octave(V x) {
     return {convert<f32>(i >> 23), number((i & c.significand) + c.two_thirds) - c.one};
 }
 
-// c[0] x^(n-1) + ... + c[n-1]
-template <class V, int N> QUEVAR_INLINE V polynomial(V x, const slot<f32> (&c)[N]) {
-    V p = c[0];
-#pragma clang loop unroll(full)
-    for (int i = 1; i < N; i++) p = fma(x, p, c[i]);
-    return p;
-}
-
 // By reciprocal: where m is the significand of x in a binade of its own and r a whole number near c/m,
 // log m = log(c/r) + log(1 + f/c) with f = r m - c, which is exact. The table has log(c/r) in two parts, the
 // offset of the exponent included; c makes the last term f and a rest that is several hundred times smaller.

@@ -26,6 +26,14 @@ template <class T> struct alignas(32) slot {
     }
 };
 
+// c[0] x^(n-1) + ... + c[n-1], each step fused.
+template <class V, class T, int N> QUEVAR_INLINE V polynomial(V x, const slot<T> (&c)[N]) {
+    V p = c[0];
+#pragma clang loop unroll(full)
+    for (int i = 1; i < N; i++) p = fma(x, p, c[i]);
+    return p;
+}
+
 // A table of four floats, repeated in each 128 bits, read by a permute within the register.
 struct alignas(32) row_slot {
     u32 pattern[8];

@@ -1,9 +1,25 @@
-// What the rare paths of expf, exp2f and exp10f share: base^x = 2^k 2^(j/64) e^s, worked in double.
+// What expf, exp2f and exp10f share: the end of the main paths, and the rare paths, base^x = 2^k 2^(j/64) e^s
+// worked in double.
 #pragma once
 
 #include "frame/frame.hpp"
 
 namespace quevar::explog {
+
+// p 2^k, where k is the integer in the low bits of t: added to the exponent field. The special lanes are
+// those for which it might leave that field.
+template <class V> QUEVAR_INLINE V scaled_by_pattern(V p, V t) { return number(bits(p) + (bits(t) << 23)); }
+
+// Beyond a limit of magnitude, by pattern: NaN and infinities too.
+struct Limit {
+    slot<i32> special;
+    slot<i32> magnitude{0x7FFFFFFF};
+};
+template <class V> QUEVAR_INLINE auto beyond(V x, const Limit &limit) {
+    return (bits(x) & limit.magnitude) > limit.special;
+}
+
+// ---- Rare paths ----
 
 // 2^(j/64) rounded to double, and the rest relative to it.
 using ExpRareRows = table<f64, 2, 64>;
