@@ -1,19 +1,27 @@
-/* For each built-in and width one kernel that applies it to arrays, such as exp_f8: the kernels of
- * opencl_test.cpp. */
+/* For each built-in and width one kernel that applies it to arrays, such as exp_f32x8, and fmax_scalar_f32x8
+ * with a scalar beside the vector: the kernels of opencl_test.cpp. */
 #include <quevar/quevar.h>
 
 #define vload1(i, p) (p)[i]
 #define vstore1(value, i, p) (p)[i] = (value)
 #define LOAD(T, W, v) vload##W(get_global_id(0), (global const quevar_##T *)v)
+#define LOAD_SCALAR(T, v) ((global const quevar_##T *)v)[get_global_id(0)]
 #define ADDRESS(pointee) , (global pointee *)p + get_global_id(0)
 
-#define KERNEL(W, shape, A, R, P, name, mark)                                                                \
-    kernel void name##_##mark##W(global const char *x, global const char *y, global const char *z,           \
-                                 global char *p, global char *result) {                                      \
-        vstore##W(                                                                                           \
-            name(QUEVAR_VECTORS_##shape(LOAD, A, W) QUEVAR_POINTER_##shape(ADDRESS, quevar_##P##x##W)),      \
-            get_global_id(0), (global quevar_##R *)result);                                                  \
+#define KERNEL(W, kernel_name, R, value)                                                                     \
+    kernel void kernel_name(global const char *x, global const char *y, global const char *z,                \
+                            global char *p, global char *result) {                                           \
+        vstore##W(value, get_global_id(0), (global quevar_##R *)result);                                     \
     }
+#define OF_VECTORS(W, shape, A, R, P, name)                                                                  \
+    KERNEL(W, name##_##A##x##W, R,                                                                           \
+           name(QUEVAR_VECTORS_##shape(LOAD, A, W) QUEVAR_POINTER_##shape(ADDRESS, quevar_##P##x##W)))
+#define OF_SCALAR(W, name, A, Y) KERNEL(W, name##_scalar_##A##x##W, A, name(LOAD(A, W, x), LOAD_SCALAR(Y, y)))
+
 #define QUEVAR_BUILTIN(name, base, mark, tier, shape, A, R, P)                                               \
-    QUEVAR_MEMBERS(KERNEL, KERNEL, shape, A, R, P, name, mark)
+    QUEVAR_MEMBERS(OF_VECTORS, OF_VECTORS, shape, A, R, P, name)
+#define QUEVAR_BUILTIN_SCALAR(name, A, Y)                                                                    \
+    OF_SCALAR(2, name, A, Y)                                                                                 \
+    OF_SCALAR(3, name, A, Y) OF_SCALAR(4, name, A, Y) OF_SCALAR(8, name, A, Y) OF_SCALAR(16, name, A, Y)
+#define QUEVAR_CONVERSION(W, name, base, mark, A, R) OF_VECTORS(W, unary, A, R, void, name)
 #include "builtins.def"

@@ -22,8 +22,9 @@
  *
  * A result through a pointer writes W elements, at width 3 four, and needs the element's alignment.
  *
- * Clang expresses every form. GCC returns a vector above 256 bits in memory, so it cannot call the
- * members that return one in registers: doing so is a compile-time error that says why.
+ * Clang without AVX-512 expresses every form. GCC returns a vector above 256 bits in memory, and with
+ * AVX-512 it comes in a zmm register, so there the members that return one in ymm registers cannot be
+ * called: doing so is a compile-time error that says why.
  */
 #ifndef QUEVAR_H
 #define QUEVAR_H
@@ -32,11 +33,15 @@
 #error "quevar passes 256-bit vectors on x86-64: compile with -mavx2 -mfma, or with a -march that has both"
 #endif
 
-#ifdef __clang__
-#define QUEVAR_NO_WIDE_RESULT
-#else
+#if !defined(__clang__)
 #define QUEVAR_NO_WIDE_RESULT                                                                                \
     __attribute__((error("GCC cannot receive a vector above 256 bits in registers: use Clang here")))
+#elif defined(__AVX512F__)
+#define QUEVAR_NO_WIDE_RESULT                                                                                \
+    __attribute__((error("with AVX-512 vectors above 256 bits come in zmm registers: call without it "       \
+                         "here")))
+#else
+#define QUEVAR_NO_WIDE_RESULT
 #endif
 
 /* ---- Lane types: quevar_f32x8 and so on; x1 is the scalar, x3 has four lanes in memory ---- */
