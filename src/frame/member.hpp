@@ -105,6 +105,7 @@ template <int W, class V, int P> QUEVAR_INLINE auto single(parts<V, P> r) {
 // Each vector of a pair has a register of its own: the low lanes of one 256-bit half of the result.
 template <int W, class V, int P> QUEVAR_INLINE auto pair(parts<V, P> a, parts<V, P> b) {
     using T = typename V::element;
+    static_assert(P <= 2 && sizeof(typename V::raw) >= 16, "no pair of this form goes in registers");
     if constexpr (W == 1 && std::is_integral_v<T>) {
         return (u64)(u32)a.part[0].v[0] | (u64)(u32)b.part[0].v[0] << 32;
     } else if constexpr (W == 1) {
