@@ -108,12 +108,15 @@ Worst measure_all_floats(const Family &family, const Options &options) {
         try {
             Meters meters(family);
             std::vector<Arguments> list(chunk);
-            for (std::uint64_t begin = k * share; begin < (k + 1) * share; begin += chunk) {
-                for (std::uint64_t i = 0; i < chunk; ++i) list[i] = {begin + i};
+            const auto measure = [&](std::uint64_t begin, std::uint64_t step) {
+                for (std::uint64_t i = 0; i < chunk; ++i) list[i] = {begin + i * step};
                 run(family, width, list, [&](std::size_t i, std::uint64_t first, std::uint64_t second) {
                     meters.add(list[i], first, second, width);
                 });
-            }
+            };
+            // A look at the whole range first: once a large error is known, the small ones need no MPFR.
+            measure(k * share, share / chunk);
+            for (std::uint64_t begin = k * share; begin < (k + 1) * share; begin += chunk) measure(begin, 1);
             worst[k] = meters.worst(family);
         } catch (...) {
             failure[k] = std::current_exception();
