@@ -48,6 +48,7 @@ struct LongConstants {
 };
 QUEVAR_CONSTANTS(LongConstants, long_constants){};
 
+// Worst: 0xC211C560, -36.442749, gives 0x02F589FA, wanted 0x02F589F9: 0.5250 ulp.
 struct Long : Special {
     template <class V> static QUEVAR_INLINE auto main(V x) {
         const auto &k = long_constants;
