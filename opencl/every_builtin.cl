@@ -11,7 +11,8 @@
 #define KERNEL(W, kernel_name, R, value)                                                                     \
     kernel void kernel_name(global const char *x, global const char *y, global const char *z,                \
                             global char *p, global char *result) {                                           \
-        vstore##W(value, get_global_id(0), (global quevar_##R *)result);                                     \
+        const quevar_##R##x##W r = value;                                                                    \
+        vstore##W(r, get_global_id(0), (global quevar_##R *)result);                                         \
     }
 #define OF_VECTORS(W, shape, A, R, P, name)                                                                  \
     KERNEL(W, name##_##A##x##W, R,                                                                           \

@@ -57,8 +57,8 @@
     }
 #define QUEVAR_BUILTIN_SCALAR(name, A, Y)                                                                    \
     BUILTIN_SCALAR(2, name, A, Y)                                                                            \
-    BUILTIN_SCALAR(3, name, A, Y) BUILTIN_SCALAR(4, name, A, Y) BUILTIN_SCALAR(8, name, A, Y)                \
-        BUILTIN_SCALAR(16, name, A, Y)
+    BUILTIN_SCALAR(3, name, A, Y)                                                                            \
+    BUILTIN_SCALAR(4, name, A, Y) BUILTIN_SCALAR(8, name, A, Y) BUILTIN_SCALAR(16, name, A, Y)
 
 #define QUEVAR_CONVERSION(W, name, base, mark, A, R) OF_REGISTERS(W, unary, A, R, void, name, base, mark, )
 

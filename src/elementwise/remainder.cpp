@@ -22,68 +22,71 @@ QUEVAR_CONSTANTS(Constants<f64>, double_) = {0x7FFFFFFFFFFFFFFF, 0x8000000000000
 
 // ---- Special lanes ----
 
-// x = significand 2^exponent, counted from the smallest denormal.
-template <class T> struct Unpacked {
-    u64 significand;
-    int exponent;
+// A magnitude other than 0, infinity and NaN, denormals too, as significand 2^(field - bias).
+template <class V> struct Unpacked {
+    using T = typename V::element;
+    using F = format<T>;
+    static constexpr int up = F::digits + 1; // raises denormals to normal numbers
+    typename V::mask denormal, pattern, field;
+    V significand;
 
-    explicit Unpacked(T x) : significand(pattern_of(x) & format<T>::significand), exponent(0) {
-        if (const int field = exponent_field(x)) {
-            significand |= 1ul << format<T>::digits;
-            exponent = field - 1;
-        }
+    explicit Unpacked(V x) : denormal(x < V::splat(with_pattern<T>(F::significand + 1))) {
+        pattern = bits(select(denormal, x * V::splat(T(1ul << up)), x));
+        field = bits(unsigned_bits_of(pattern) >> F::digits) - (denormal & V::mask::splat(up));
+        significand = number(pattern & V::mask::splat(F::significand)) | V::splat(T(1));
+    }
+    // r 2^(field - bias), for r a multiple of the last place of the significand.
+    V scaled(V r) const {
+        const V unit = number(pattern & V::mask::splat(F::exponent));
+        return r * unit * select(denormal, V::splat(1 / T(1ul << up)), V::splat(T(1)));
     }
 };
-
-// x = n y + r for x >= 0 and y > 0; of n the low 64 bits.
-template <class T> struct Division {
-    T r;
-    u64 n;
-};
-
-template <class T> static Division<T> divide(T x, T y) {
-    if (x < y) return {x, 0};
-    const Unpacked<T> a(x), b(y);
-    constexpr int digits = format<T>::digits;
-    int left = a.exponent - b.exponent, step = left < 63 - digits ? left : 63 - digits;
-    u64 n = (a.significand << step) / b.significand, r = (a.significand << step) % b.significand;
-    // 63 more bits of n at a time; as r is below the divisor they fit.
-    while (left -= step) {
-        step = left < 63 ? left : 63;
-        u64 next;
-        asm("divq %4"
-            : "=a"(next), "=d"(r)
-            : "a"(r << step), "d"(r >> (64 - step)), "r"(b.significand)
-            : "cc");
-        n = n << step | next;
-    }
-    const int e = b.exponent; // 2^e: above the denormals as a field
-    const auto unit = e >= digits ? (unsigned_bits<T>)(e - digits + 1) << digits : (unsigned_bits<T>)1 << e;
-    return {(T)(i64)r * with_pattern<T>(unit), n};
-}
 
 enum Rounding { truncated, nearest };
 
-// Gives the low 31 bits of the quotient with its sign.
-template <class T, Rounding R> [[gnu::noinline]] static i32 reduce(T x, T y, T *result) {
+// The remainder of any lanes but those of `invalid`, and of the quotient the low 31 bits with its sign. Long
+// division in big digits: r <- r 2^k - n y takes k bits of the quotient away exactly, as long as n is so near
+// to r 2^k / y that the difference stays below y, though it need not have the sign of r.
+template <Rounding R, class V> static auto reduce(V x, V y) {
+    using T = typename V::element;
     using F = format<T>;
-    if (is_nan(x) || is_nan(y)) {
-        *result = multiply_in_order(x, y);
-        return 0;
+    using I = typename V::mask;
+    const I zero{}, one = I::splat(1);
+    const V sign = V::splat(with_pattern<T>(F::sign)), ax = x & ~sign, ay = y & ~sign;
+    const Unpacked<V> a(ax), b(ay);
+    const V m = b.significand, reciprocal = V::splat(T(1)) / m;
+    const I apart = a.field - b.field, most = I::splat(F::digits - 3);
+    V r = a.significand;
+    I n = zero, left = apart;
+    do {
+        const I k = select(left > most, most, left);
+        const V scale = number((k + I::splat(F::bias)) << F::digits);
+        const V digit = round<to_nearest>(r * (reciprocal * scale));
+        r = fnma(digit, m, r * scale);
+        const V magic = V::splat(T(3ul << (F::digits - 1))); // leaves digit in the low bits
+        n = shift_left(n, k) + (bits(digit + magic) - bits(magic));
+        left = left - k;
+    } while (sign_bits(zero - left));
+    if constexpr (R == truncated) {
+        r = r + keep(r < V{}, m);
+    } else {
+        const V twice = (r + r) & ~sign;
+        const I further = (twice > m) | ((twice == m) & ((n & one) == one)), negative = bits(r & sign) < zero;
+        r = r - keep(further, m | (r & sign));
+        n = n + keep(further, negative | one);
     }
-    const T ax = with_pattern<T>(pattern_of(x) & ~F::sign), ay = with_pattern<T>(pattern_of(y) & ~F::sign);
-    if (ay == 0 || pattern_of(ax) == F::exponent) {
-        *result = with_pattern<T>(F::sign | F::exponent | F::quiet);
-        return 0;
-    }
-    auto [r, n] = divide(ax, ay);
-    if (R == nearest && (r + r > ay || (r + r == ay && n & 1))) {
-        r = r - ay;
-        n++;
-    }
-    *result = with_pattern<T>(pattern_of(r) ^ (pattern_of(x) & F::sign));
-    const i32 low = (i32)(n & 0x7FFFFFFF);
-    return (x < 0) == (y < 0) ? low : -low;
+    // x is below half of y, and maybe so far below that its steps went wrong.
+    const I none = (apart < I::splat(-1)) | (ay == V::splat(with_pattern<T>(F::exponent)));
+    n = keep(~none, n & I::splat(0x7FFFFFFF));
+    return two(select(none, ax, b.scaled(r)) ^ (x & sign),
+               convert<i32>(negate_where(bits((x ^ y) & sign) < zero, n)));
+}
+
+// 0 / 0, infinity / y, NaN
+template <class V> static auto invalid(V x, V y) { return ~(x - x == V{}) | (y == V{}) | unordered(y, y); }
+template <class T> static void settle_invalid(T x, T y, T *r) {
+    using F = format<T>;
+    *r = is_nan(x) || is_nan(y) ? multiply_in_order(x, y) : with_pattern<T>(F::sign | F::exponent | F::quiet);
 }
 
 template <class V, class T, class Range>
@@ -105,7 +108,10 @@ template <class T, const Constants<T> &k> struct Fmod {
         r = r + keep(r < V{}, ay); // n was 1 too large
         return flagged(r | s, apart);
     }
-    static void rare(const T *x, const T *y, T *r) { reduce<T, truncated>(*x, *y, r); }
+    template <class V> static auto settle(V x, V y, V) {
+        return flagged(reduce<truncated>(x, y).first, invalid(x, y));
+    }
+    static void rare(const T *x, const T *y, T *r) { settle_invalid(*x, *y, r); }
 };
 
 template <class T, const Constants<T> &k> struct Remquo {
@@ -121,7 +127,14 @@ template <class T, const Constants<T> &k> struct Remquo {
         const V quotient = n + (keep(beyond, V(k.one)) | ((r ^ y) & k.sign));
         return flagged(nearer | signed_zero, to_i32(quotient), apart);
     }
-    static void rare(const T *x, const T *y, T *r, i32 *n) { *n = reduce<T, nearest>(*x, *y, r); }
+    template <class V, class I> static auto settle(V x, V y, V, I) {
+        const auto o = reduce<nearest>(x, y);
+        return flagged(o.first, o.second, invalid(x, y));
+    }
+    static void rare(const T *x, const T *y, T *r, i32 *n) {
+        settle_invalid(*x, *y, r);
+        *n = 0;
+    }
 };
 
 template <class T, const Constants<T> &k> struct Remainder {
@@ -129,7 +142,10 @@ template <class T, const Constants<T> &k> struct Remainder {
         const auto o = Remquo<T, k>::main(x, y);
         return flagged(o.first, o.special);
     }
-    static void rare(const T *x, const T *y, T *r) { reduce<T, nearest>(*x, *y, r); }
+    template <class V> static auto settle(V x, V y, V) {
+        return flagged(reduce<nearest>(x, y).first, invalid(x, y));
+    }
+    static void rare(const T *x, const T *y, T *r) { settle_invalid(*x, *y, r); }
 };
 
 QUEVAR_EXPORT(fmod, f, , binary, f32, f32, void, Fmod<f32, single>)
