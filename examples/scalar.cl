@@ -1,18 +1,26 @@
-/* The built-ins of haze.cl on the C library's scalar functions, for comparison. */
+/* The built-ins of the example kernels on the C library's scalar functions, for comparison. */
 #include "opencl/load_store.h"
 
 float expf(float);
 float exp2f(float);
+float logf(float);
+float sinf(float);
+float cosf(float);
+float sqrtf(float);
+float fabsf(float);
 float fdimf(float, float);
 
-#define MAP(F)                                                                                               \
-    (float16)(F(0), F(1), F(2), F(3), F(4), F(5), F(6), F(7), F(8), F(9), F(a), F(b), F(c), F(d), F(e), F(f))
-
-#define EXP(i) expf(x.s##i)
-float16 __attribute__((overloadable, always_inline)) exp(float16 x) { return MAP(EXP); }
-
-#define EXP2(i) exp2f(x.s##i)
-float16 __attribute__((overloadable, always_inline)) exp2(float16 x) { return MAP(EXP2); }
-
-#define FDIM(i) fdimf(x.s##i, y.s##i)
-float16 __attribute__((overloadable, always_inline)) fdim(float16 x, float16 y) { return MAP(FDIM); }
+#define BUILTIN(name, parameters, lane)                                                                      \
+    float16 __attribute__((overloadable, always_inline)) name parameters {                                   \
+        float16 result;                                                                                      \
+        _Pragma("unroll") for (int i = 0; i < 16; i++) result[i] = lane;                                     \
+        return result;                                                                                       \
+    }
+BUILTIN(exp, (float16 x), expf(x[i]))
+BUILTIN(exp2, (float16 x), exp2f(x[i]))
+BUILTIN(log, (float16 x), logf(x[i]))
+BUILTIN(sin, (float16 x), sinf(x[i]))
+BUILTIN(cos, (float16 x), cosf(x[i]))
+BUILTIN(sqrt, (float16 x), sqrtf(x[i]))
+BUILTIN(fabs, (float16 x), fabsf(x[i]))
+BUILTIN(fdim, (float16 x, float16 y), fdimf(x[i], y[i]))
