@@ -160,7 +160,7 @@ using quevar_void = void;
 void add_all(Summary &summary) {
 #define QUEVAR_FAMILY(base, mark, tier, shape, A, R, P, filler, bound)                                       \
     {                                                                                                        \
-        Family<Data<shape, quevar_##A, quevar_##R, quevar_##P>, decltype(peers<#base>), (bound > 2)> family{ \
+        Family<Data<shape, quevar_##A, quevar_##R, quevar_##P>, decltype(peers<#base>), (bound > 4)> family{ \
             #base #mark #tier, peers<#base>, summary};                                                       \
         QUEVAR_MEMBERS(ADD_DIRECT, ADD_MEMORY, shape, A, P, base, mark, tier)                                \
         family.add_libm();                                                                                   \

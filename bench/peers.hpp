@@ -46,7 +46,7 @@ template <class Close, class Loose, class Libm> struct Peers {
     Range x, y;     // arguments are uniform in these: ordinary ones, which stay in the main path; z is as x
     double special; // an x that leaves the main path
     Close close;    // the SLEEF function nearest to 1 ulp
-    Loose loose;    // the one nearest to 3.5 ulps, the peer of families that promise no more than 2
+    Loose loose;    // the one nearest to 3.5 ulps, the peer of families that promise no more than 4
     Libm libm;
 
     constexpr Peers(Range x, Range y, double special, Close close, Loose loose, Libm libm)
