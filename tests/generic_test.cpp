@@ -1,6 +1,7 @@
 // What holds for every family: the result of a lane depends on the lane's arguments alone.
 #include "support/families.hpp"
 #include <array>
+#include <cfenv>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -108,6 +109,8 @@ protected:
         return results;
     }
 
+    void check();
+
     Results among_copies(int width, const Arguments &x) const {
         return call(width, std::vector(lanes_in_memory(width), x))[0];
     }
@@ -123,7 +126,19 @@ protected:
     }
 };
 
-TEST_P(Generic, LaneDependsOnItsArgumentsAlone) {
+// A caller's rounding mode, for as long as this lives.
+struct RoundingMode {
+    explicit RoundingMode(int mode) { std::fesetround(mode); }
+    ~RoundingMode() { std::fesetround(FE_TONEAREST); }
+};
+
+TEST_P(Generic, LaneDependsOnItsArgumentsAlone) { check(); }
+TEST_P(Generic, LaneDependsOnItsArgumentsAloneRoundingDownward) {
+    const RoundingMode mode(FE_DOWNWARD);
+    check();
+}
+
+void Generic::check() {
     // What each argument gives in a lane among copies of itself, at width 1 and at the others.
     const int reference_width[] = {fused_at_width_1(family) ? 4 : 1, 4};
     std::vector<Results> reference[2];

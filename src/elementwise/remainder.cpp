@@ -75,6 +75,7 @@ template <Rounding R, class V> static auto reduce(V x, V y) {
         r = r - keep(further, m | (r & sign));
         n = n + keep(further, negative | one);
     }
+    r = keep(~(r == V{}), r); // rounding downward, a difference of 0 is -0
     // x is below half of y, and maybe so far below that its steps went wrong.
     const I none = (apart < I::splat(-1)) | (ay == V::splat(with_pattern<T>(F::exponent)));
     n = keep(~none, n & I::splat(0x7FFFFFFF));
@@ -97,6 +98,13 @@ static QUEVAR_INLINE auto special(V ax, V ay, const Constants<T> &k, const Range
            high_word_greater(subtract_words(b, k.least), range);
 }
 
+// The same as whole lanes, to select by: an ordinary lane keeps what main gave, which follows the rounding
+// mode.
+template <class V, class T, class Range>
+static auto special_lanes(V x, V y, const Constants<T> &k, const Range &range) {
+    return special(x & k.magnitude, y & k.magnitude, k, range) < typename V::mask{};
+}
+
 // ---- Families ----
 
 template <class T, const Constants<T> &k> struct Fmod {
@@ -108,8 +116,9 @@ template <class T, const Constants<T> &k> struct Fmod {
         r = r + keep(r < V{}, ay); // n was 1 too large
         return flagged(r | s, apart);
     }
-    template <class V> static auto settle(V x, V y, V) {
-        return flagged(reduce<truncated>(x, y).first, invalid(x, y));
+    template <class V> static auto settle(V x, V y, V r) {
+        const auto apart = special_lanes(x, y, k, k.fmod_range);
+        return flagged(select(apart, reduce<truncated>(x, y).first, r), apart & invalid(x, y));
     }
     static void rare(const T *x, const T *y, T *r) { settle_invalid(*x, *y, r); }
 };
@@ -127,9 +136,11 @@ template <class T, const Constants<T> &k> struct Remquo {
         const V quotient = n + (keep(beyond, V(k.one)) | ((r ^ y) & k.sign));
         return flagged(nearer | signed_zero, to_i32(quotient), apart);
     }
-    template <class V, class I> static auto settle(V x, V y, V, I) {
+    template <class V, class I> static auto settle(V x, V y, V r, I n) {
+        const auto apart = special_lanes(x, y, k, k.remainder_range);
         const auto o = reduce<nearest>(x, y);
-        return flagged(o.first, o.second, invalid(x, y));
+        return flagged(select(apart, o.first, r), select(convert<i32>(apart), o.second, n),
+                       apart & invalid(x, y));
     }
     static void rare(const T *x, const T *y, T *r, i32 *n) {
         settle_invalid(*x, *y, r);
@@ -142,8 +153,9 @@ template <class T, const Constants<T> &k> struct Remainder {
         const auto o = Remquo<T, k>::main(x, y);
         return flagged(o.first, o.special);
     }
-    template <class V> static auto settle(V x, V y, V) {
-        return flagged(reduce<nearest>(x, y).first, invalid(x, y));
+    template <class V> static auto settle(V x, V y, V r) {
+        const auto apart = special_lanes(x, y, k, k.remainder_range);
+        return flagged(select(apart, reduce<nearest>(x, y).first, r), apart & invalid(x, y));
     }
     static void rare(const T *x, const T *y, T *r) { settle_invalid(*x, *y, r); }
 };

@@ -111,13 +111,6 @@ QUEVAR_INLINE vec<T, N, L> negate_where(vec<signed_bits<T>, N, L> m, vec<T, N, L
 template <class T, int N, int L> QUEVAR_INLINE vec<i32, N, L> low_words(vec<T, N, L> x) {
     return convert<i32>(bits(x));
 }
-template <class T, int N, int L> QUEVAR_INLINE vec<i32, N, L> high_words(vec<T, N, L> x) {
-    return convert<i32>(bits(x) >> 32);
-}
-// 64-bit lanes with the given high words and low words of zero.
-template <int N, int L> QUEVAR_INLINE vec<i64, N, L> from_high_words(vec<i32, N, L> x) {
-    return convert<i64>(x) << 32;
-}
 
 // The 32-bit words of all lanes where they stand, which costs nothing, and lanes of given words.
 template <class T, int N, int L> QUEVAR_INLINE auto words(vec<T, N, L> x) {

@@ -81,19 +81,14 @@ template <class T, int N, int Live = N> struct vec {
     // a where m is set, else +0.
     friend QUEVAR_INLINE vec keep(mask m, vec a) { return {(raw)((raw_bits)m.v & (raw_bits)a.v)}; }
 
-    // a b + c, c - a b, a b - c, -(a b) - c with one rounding.
+    // a b + c, c - a b, a b - c with one rounding.
     friend QUEVAR_INLINE vec fma(vec a, vec b, vec c) { return fused(a, b, c); }
     friend QUEVAR_INLINE vec fnma(vec a, vec b, vec c) { return fused({-a.v}, b, c); }
     friend QUEVAR_INLINE vec fms(vec a, vec b, vec c) { return fused(a, b, {-c.v}); }
-    friend QUEVAR_INLINE vec fnms(vec a, vec b, vec c) { return fused({-a.v}, b, {-c.v}); }
-    // a b + c and c - a b, fused except at width 1.
+    // a b + c, fused except at width 1.
     friend QUEVAR_INLINE vec wide_fma(vec a, vec b, vec c) {
         if constexpr (Live == 1) return {a.v * b.v + c.v};
         else return fused(a, b, c);
-    }
-    friend QUEVAR_INLINE vec wide_fnma(vec a, vec b, vec c) {
-        if constexpr (Live == 1) return {c.v - a.v * b.v};
-        else return fused({-a.v}, b, c);
     }
 
 private:
