@@ -1,7 +1,8 @@
 // cosf: the cosine, as the sine of |x| + pi/2.
-#include "sine.hpp"
+#include "sinf_core.hpp"
 
 namespace quevar::cosf {
+QUEVAR_INLINE_BEGIN
 
 using namespace circular;
 
@@ -18,7 +19,7 @@ QUEVAR_CONSTANTS(ShortPolynomial, short_polynomial){
 };
 
 template <const auto &p> struct Cosine : LargeSine<1> {
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const auto &k = sine_constants;
         const V a = magnitude(x), c = a + k.half_pi;
         const V shifted = fma(c, k.one_over_pi, k.shifter);
@@ -35,4 +36,5 @@ QUEVAR_EXPORT(cos, f, _native, unary, f32, f32, void, Cosine<short_polynomial>)
 QUEVAR_EXPORT(cos, f, _half, unary, f32, f32, void, Cosine<short_polynomial>)
 QUEVAR_EXPORT(cos, f, _rm, unary, f32, f32, void, Cosine<short_polynomial>)
 
+QUEVAR_INLINE_END
 } // namespace quevar::cosf

@@ -1,7 +1,8 @@
 // sincosf and sincosregf: sine and cosine of one argument.
-#include "sine.hpp"
+#include "sinf_core.hpp"
 
 namespace quevar::sincosf {
+QUEVAR_INLINE_BEGIN
 
 using namespace circular;
 
@@ -21,7 +22,7 @@ QUEVAR_CONSTANTS(ShortPolynomial, short_polynomial){
 template <class V> struct Both { V sine, cosine; };
 template <class V> [[gnu::noinline]] Both<V> large_both(V a) {
     const Large<V> large(a);
-    const auto sine_at = [&large](auto row) __attribute__((always_inline)) {
+    const auto sine_at = [&large](auto row) {
         const auto s = large.at(row);
         return s.high + (s.error + fma(s.slope, large.sine, s.rest));
     };
@@ -29,12 +30,12 @@ template <class V> [[gnu::noinline]] Both<V> large_both(V a) {
 }
 
 template <const auto &p> struct SineCosine {
-    template <class V> static QUEVAR_INLINE V sine(V r) {
+    template <class V> static V sine(V r) {
         const V z = r * r;
         return fma(r, z * p.rest(z), p.first(r));
     }
 
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const auto &k = sine_constants;
         const V a = magnitude(x);
         const V shifted = fma(a, k.one_over_pi, k.shifter);
@@ -45,11 +46,9 @@ template <const auto &p> struct SineCosine {
         // The cosine is the sine of what remains a quarter turn further, on the other side of 0.
         const V direction = r2 & k.sign;
         // Width 16 has just enough registers if |x| is formed twice and both arguments before either sine.
-        V x2 = x;
-        asm("" : "+x"(x2.v));
-        const V c = subtract_half_turns<p.pieces>(magnitude(x2), n + (direction | k.half));
+        const V c = subtract_half_turns<p.pieces>(magnitude(unrecognised(x)), n + (direction | k.half));
         V tc = c ^ ((direction ^ k.sign) ^ odd);
-        asm("" : "+x"(t.v), "+x"(tc.v));
+        complete_both(t, tc);
         const V cosine = select(x == V::splat(0), k.one, sine(tc));
         return flagged(sine(t) ^ (x & k.sign), cosine, beyond_limit(x));
     }
@@ -71,4 +70,5 @@ QUEVAR_EXPORT(sincos, f, _rm, unary_pointer, f32, f32, f32, SineCosine<short_pol
 QUEVAR_EXPORT(sincosreg, f, , unary_pair, f32, f32, void, SineCosine<long_polynomial>)
 QUEVAR_EXPORT(sincosreg, f, _native, unary_pair, f32, f32, void, SineCosine<short_polynomial>)
 
+QUEVAR_INLINE_END
 } // namespace quevar::sincosf

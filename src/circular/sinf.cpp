@@ -1,7 +1,8 @@
 // sinf: the sine.
-#include "sine.hpp"
+#include "sinf_core.hpp"
 
 namespace quevar::sinf {
+QUEVAR_INLINE_BEGIN
 
 using namespace circular;
 
@@ -18,7 +19,7 @@ QUEVAR_CONSTANTS(ShortPolynomial, short_polynomial){
 };
 
 template <const auto &p> struct Sine : LargeSine<0> {
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const auto &k = sine_constants;
         const V a = magnitude(x);
         const V shifted = fma(a, k.one_over_pi, k.shifter);
@@ -34,4 +35,5 @@ QUEVAR_EXPORT(sin, f, _native, unary, f32, f32, void, Sine<short_polynomial>)
 QUEVAR_EXPORT(sin, f, _half, unary, f32, f32, void, Sine<short_polynomial>)
 QUEVAR_EXPORT(sin, f, _rm, unary, f32, f32, void, Sine<short_polynomial>)
 
+QUEVAR_INLINE_END
 } // namespace quevar::sinf

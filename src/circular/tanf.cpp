@@ -1,7 +1,8 @@
 // tanf: the tangent.
-#include "reduction.hpp"
+#include "reductionf.hpp"
 
 namespace quevar::tanf {
+QUEVAR_INLINE_BEGIN
 
 using namespace circular;
 
@@ -36,7 +37,7 @@ QUEVAR_CONSTANTS(ExpansionRows, expansion_rows) = {{
 template <class V> struct Expansion {
     V r, b, pole, c0, c1, rest, b_low, c0_low; // rest: what follows c0 + c1 r, over r
 };
-template <class V> QUEVAR_INLINE Expansion<V> expand(V a) {
+template <class V> Expansion<V> expand(V a) {
     const Reduced<V> reduced = reduce(a);
     const V r = reduced.r + reduced.low;
     const auto [b, pole, c0, c1, c1_low, c2, c3, c4, b_low, c0_low, unused1, unused2] =
@@ -45,10 +46,8 @@ template <class V> QUEVAR_INLINE Expansion<V> expand(V a) {
 }
 
 struct Close {
-    template <class V> static QUEVAR_INLINE V subtract_last_piece(V r, V n) {
-        return fnma(n, constants.half_pi3, r);
-    }
-    template <class V> static QUEVAR_INLINE V quotient(V a, V b) { return a / b; }
+    template <class V> static V subtract_last_piece(V r, V n) { return fnma(n, constants.half_pi3, r); }
+    template <class V> static V quotient(V a, V b) { return a / b; }
 
     template <class V> [[gnu::noinline]] static V large(V a) {
         const auto &k = constants;
@@ -68,8 +67,8 @@ struct Close {
 };
 
 struct Loose {
-    template <class V> static QUEVAR_INLINE V subtract_last_piece(V r, V) { return r; }
-    template <class V> static QUEVAR_INLINE V quotient(V a, V b) {
+    template <class V> static V subtract_last_piece(V r, V) { return r; }
+    template <class V> static V quotient(V a, V b) {
         const V e = reciprocal_estimate(b);
         return a * (e * fnma(b, e, constants.two));
     }
@@ -84,17 +83,17 @@ struct Loose {
 
 template <class Tier> struct Tangent {
     // NaN too.
-    template <class V> static QUEVAR_INLINE auto beyond_limit(V a) { return ~(a <= constants.large); }
+    template <class V> static auto beyond_limit(V a) { return ~(a <= constants.large); }
 
     // With n the whole number of quarter turns, tan x = tan r for even n, else -1/tan r.
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const auto &k = constants;
         const V a = x & k.magnitude;
         const V shifted = fma(a, k.two_over_pi, k.shifter), n = shifted - k.shifter;
         const V r = Tier::subtract_last_piece(fnma(n, k.half_pi2, fnma(n, k.half_pi1, a)), n);
-        const auto parity = bits(shifted) << 31;
+        const auto parity = as_int(shifted) << 31;
         const V z = r * r;
-        const V numerator = (r ^ number(parity) ^ (x ^ a)) * fma(z, k.n1, k.n0);
+        const V numerator = (r ^ as_float(parity) ^ (x ^ a)) * fma(z, k.n1, k.n0);
         const V denominator = fma(z, fma(z, k.d2, k.d1), k.d0);
         const auto odd = parity >> 31;
         return flagged(
@@ -116,4 +115,5 @@ QUEVAR_EXPORT(tan, f, _native, unary, f32, f32, void, Tangent<Loose>)
 QUEVAR_EXPORT(tan, f, _half, unary, f32, f32, void, Tangent<Loose>)
 QUEVAR_EXPORT(tan, f, _rm, unary, f32, f32, void, Tangent<Loose>)
 
+QUEVAR_INLINE_END
 } // namespace quevar::tanf

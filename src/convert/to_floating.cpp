@@ -4,12 +4,13 @@
 #include "frame/frame.hpp"
 
 namespace quevar::to_floating {
+QUEVAR_INLINE_BEGIN
 
 // From r, rounded to nearest, one step in the direction of M where `wrong` is set.
-template <rounding_mode M, class I> QUEVAR_INLINE auto step(I r, I wrong, I negative) {
-    if constexpr (M == downward) return number(r + negate_where(negative, wrong));
-    else if constexpr (M == upward) return number(r - negate_where(negative, wrong));
-    else return number(r + wrong);
+template <rounding_mode M, class I> auto step(I r, I wrong, I negative) {
+    if constexpr (M == downward) return as_float(r + negate_where(negative, wrong));
+    else if constexpr (M == upward) return as_float(r - negate_where(negative, wrong));
+    else return as_float(r + wrong);
 }
 
 // ---- From integers ----
@@ -35,43 +36,42 @@ struct F64Constants {
 };
 QUEVAR_CONSTANTS(F64Constants, f64_constants){};
 
-template <class F> QUEVAR_INLINE const auto &constants() {
+template <class F> const auto &constants() {
     if constexpr (std::is_same_v<F, f32>) return f32_constants;
     else return f64_constants;
 }
 
-template <class T, int N, int L>
-QUEVAR_INLINE auto scaled(vec<T, N, L> piece, const slot<float_of<T>> &scale) {
+template <class T, int N, int L> auto scaled(vec<T, N, L> piece, const slot<float_of<T>> &scale) {
     const vec<float_of<T>, N, L> s = scale;
-    return number(bits(piece) | bits(s)) - s;
+    return as_float(as_int(piece) | as_int(s)) - s;
 }
 
 template <class F> struct Sum {
     F value, error; // error: exact, what is lost of the sum
 
-    QUEVAR_INLINE Sum(F small, F large) : value(small + large), error(small + (large - value)) {}
+    Sum(F small, F large) : value(small + large), error(small + (large - value)) {}
 };
 
 // A magnitude, its sum rounded to nearest.
-template <rounding_mode M, class F> QUEVAR_INLINE F rounded(F sum, F error, typename F::mask negative) {
+template <rounding_mode M, class F> F rounded(F sum, F error, typename F::mask negative) {
     const auto sign = negative & constants<typename F::element>().sign;
-    const auto r = bits(sum) | sign;
-    if constexpr (M == to_nearest) return number(r);
+    const auto r = as_int(sum) | sign;
+    if constexpr (M == to_nearest) return as_float(r);
     else if constexpr (M == toward_zero) return step<M>(r, error < F{}, negative);
-    else if constexpr (M == downward) return step<M>(r, number(bits(error) ^ sign) < F{}, negative);
-    else return step<M>(r, number(bits(error) ^ sign) > F{}, negative);
+    else if constexpr (M == downward) return step<M>(r, as_float(as_int(error) ^ sign) < F{}, negative);
+    else return step<M>(r, as_float(as_int(error) ^ sign) > F{}, negative);
 }
 
-template <rounding_mode M, class U> QUEVAR_INLINE auto two_pieces(U x, typename U::mask negative) {
+template <rounding_mode M, class U> auto two_pieces(U x, typename U::mask negative) {
     using F = float_of<typename U::element>;
     const auto &k = constants<F>();
     const Sum sum(scaled(x & k.piece, k.scale_0), scaled(x >> format<F>::digits, k.scale_1));
     return rounded<M>(sum.value, sum.error, negative);
 }
 
-template <rounding_mode M, class U, class I> QUEVAR_INLINE auto three_pieces(U x, I negative) {
+template <rounding_mode M, class U, class I> auto three_pieces(U x, I negative) {
     const auto &k = f32_constants;
-    const auto words = [](U n) __attribute__((always_inline)) { return unsigned_bits_of(low_words(n)); };
+    const auto words = [](U n) { return as_uint(low_words(n)); };
     const auto f0 = scaled(words(x) & k.piece, k.scale_0);
     const auto f1 = scaled(words(x >> 23) & k.piece, k.scale_1);
     const auto f2 = scaled(words(x >> 46), k.scale_2);
@@ -79,10 +79,10 @@ template <rounding_mode M, class U, class I> QUEVAR_INLINE auto three_pieces(U x
         const Sum upper(f1, f2);
         // Of a tie, which went to the even neighbour below, f0 makes more than a tie if it is not 0; it is at
         // least 1 then, and half_place, as the pattern of a number, lies between.
-        const auto half = (bits(upper.value) & k.exponent) - k.half_place;
-        const auto beyond = (bits(upper.error) == half) & (bits(f0) > k.half_place);
-        const auto odd = bits(upper.value) | bits(unsigned_bits_of(beyond) >> 31);
-        return rounded<M>(number(odd) + f0, f0, negative);
+        const auto half = (as_int(upper.value) & k.exponent) - k.half_place;
+        const auto beyond = (as_int(upper.error) == half) & (as_int(f0) > k.half_place);
+        const auto odd = as_int(upper.value) | as_int(as_uint(beyond) >> 31);
+        return rounded<M>(as_float(odd) + f0, f0, negative);
     } else {
         const Sum lower(f0, f1), all(lower.value, f2);
         return rounded<M>(all.value, lower.error + all.error, negative);
@@ -90,7 +90,7 @@ template <rounding_mode M, class U, class I> QUEVAR_INLINE auto three_pieces(U x
 }
 
 template <class F, rounding_mode M> struct FromInteger {
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         using I = typename V::element;
         if constexpr (sizeof(I) < sizeof(F) && std::is_signed_v<I>) {
             return convert<F>(x);
@@ -99,7 +99,7 @@ template <class F, rounding_mode M> struct FromInteger {
         } else {
             typename V::mask negative{};
             if constexpr (std::is_signed_v<I>) negative = x < V{};
-            const auto magnitude = unsigned_bits_of(negate_where(negative, x));
+            const auto magnitude = as_uint(negate_where(negative, x));
             if constexpr (sizeof(I) > sizeof(F)) return three_pieces<M>(magnitude, low_words(negative));
             else return two_pieces<M>(magnitude, negative);
         }
@@ -114,17 +114,17 @@ struct MagnitudeConstants {
 QUEVAR_CONSTANTS(MagnitudeConstants, magnitude_constants){};
 
 template <rounding_mode M> struct ToFloat {
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const auto r = convert<f32>(x);
         if constexpr (M == to_nearest) return r;
-        else return step<M>(bits(r), convert<i32>(wrong(x, convert<f64>(r))), bits(r) >> 31);
+        else return step<M>(as_int(r), convert<i32>(wrong(x, convert<f64>(r))), as_int(r) >> 31);
     }
     // Whether r lies on the wrong side of x; a NaN does not.
-    template <class V> static QUEVAR_INLINE auto wrong(V x, V r) {
+    template <class V> static auto wrong(V x, V r) {
         const auto &k = magnitude_constants;
         if constexpr (M == downward) return x < r;
         else if constexpr (M == upward) return r < x;
-        else return number(bits(x) & k.magnitude) < number(bits(r) & k.magnitude);
+        else return as_float(as_int(x) & k.magnitude) < as_float(as_int(r) & k.magnitude);
     }
 };
 
@@ -142,4 +142,5 @@ QUEVAR_FROM_ALL(rtn, downward)
 QUEVAR_FROM_ALL(rtp, upward)
 QUEVAR_FROM_ALL(rtz, toward_zero)
 
+QUEVAR_INLINE_END
 } // namespace quevar::to_floating

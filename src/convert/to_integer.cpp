@@ -2,6 +2,7 @@
 #include "frame/frame.hpp"
 
 namespace quevar::to_integer {
+QUEVAR_INLINE_BEGIN
 
 struct F32Constants {
     slot<i32> magnitude{0x7FFFFFFF};
@@ -29,45 +30,45 @@ struct F64Constants {
 };
 QUEVAR_CONSTANTS(F64Constants, f64_constants){};
 
-template <class V> QUEVAR_INLINE const auto &constants_of(V) {
+template <class V> const auto &constants_of(V) {
     if constexpr (std::is_same_v<typename V::element, f32>) return f32_constants;
     else return f64_constants;
 }
-template <class V> QUEVAR_INLINE V magnitude_of(V x) { return number(bits(x) & constants_of(x).magnitude); }
+template <class V> V magnitude_of(V x) { return as_float(as_int(x) & constants_of(x).magnitude); }
 
 // Below, r is whole. Saturation has made NaN 0 and, for unsigned targets, what is negative; without it they
 // are given |r|.
 
-template <bool Saturate, class V> QUEVAR_INLINE auto to(V r, i32) {
+template <bool Saturate, class V> auto to(V r, i32) {
     if constexpr (!Saturate) return to_i32(r);
     else if constexpr (std::is_same_v<typename V::element, f32>)
         return to_i32(r) ^ (r >= f32_constants.two_31); // from 0x80000000 to 0x7FFFFFFF
     else return to_i32(min(r, f64_constants.greatest_i32));
 }
 
-template <bool Saturate, int N, int L> QUEVAR_INLINE auto to(vec<f32, N, L> r, u32) {
+template <bool Saturate, int N, int L> auto to(vec<f32, N, L> r, u32) {
     const auto &k = f32_constants;
     // From 2^31 up the significand is the integer, and its leading bit is what the conversion gives.
-    const auto upper = (bits(r) & k.exponent) == k.exponent_31;
-    const auto n = to_i32(r) | keep(upper, bits(r) << 8);
-    if constexpr (Saturate) return unsigned_bits_of(n | (r >= k.two_32));
-    else return unsigned_bits_of(n);
+    const auto upper = (as_int(r) & k.exponent) == k.exponent_31;
+    const auto n = to_i32(r) | keep(upper, as_int(r) << 8);
+    if constexpr (Saturate) return as_uint(n | (r >= k.two_32));
+    else return as_uint(n);
 }
-template <bool Saturate, int N, int L> QUEVAR_INLINE auto to(vec<f64, N, L> r, u32) {
+template <bool Saturate, int N, int L> auto to(vec<f64, N, L> r, u32) {
     const auto &k = f64_constants;
-    if constexpr (Saturate) return unsigned_bits_of(low_words(min(r, k.greatest_u32) + k.two_52));
-    else return unsigned_bits_of(low_words(select(r < k.two_32, bits(r + k.two_52), k.least_i32)));
+    if constexpr (Saturate) return as_uint(low_words(min(r, k.greatest_u32) + k.two_52));
+    else return as_uint(low_words(select(r < k.two_32, as_int(r + k.two_52), k.least_i32)));
 }
 
 // 0 <= r < 2^64
-template <class V> QUEVAR_INLINE auto to_64_bits(V r) {
+template <class V> auto to_64_bits(V r) {
     const auto &k = f64_constants;
-    const auto low = bits(r + k.two_52) & k.significand;
-    const auto shift = bits(unsigned_bits_of(r) >> 52) - k.exponent_52;
-    const auto high = shift_left((bits(r) & k.significand) | k.leading_bit, shift);
+    const auto low = as_int(r + k.two_52) & k.significand;
+    const auto shift = as_int(as_uint(r) >> 52) - k.exponent_52;
+    const auto high = shift_left((as_int(r) & k.significand) | k.leading_bit, shift);
     return select(r < k.two_52, low, high);
 }
-template <bool Saturate, int N, int L> QUEVAR_INLINE auto to(vec<f64, N, L> r, i64) {
+template <bool Saturate, int N, int L> auto to(vec<f64, N, L> r, i64) {
     const auto &k = f64_constants;
     const auto magnitude = magnitude_of(r);
     const auto negative = r < vec<f64, N, L>{};
@@ -75,15 +76,15 @@ template <bool Saturate, int N, int L> QUEVAR_INLINE auto to(vec<f64, N, L> r, i
     if constexpr (Saturate) return select(magnitude < k.two_63, n, negative ^ k.greatest_i64);
     else return select(magnitude < k.two_63, n, k.least_i64);
 }
-template <bool Saturate, int N, int L> QUEVAR_INLINE auto to(vec<f64, N, L> r, u64) {
+template <bool Saturate, int N, int L> auto to(vec<f64, N, L> r, u64) {
     const auto &k = f64_constants;
     const auto n = to_64_bits(r);
-    if constexpr (Saturate) return unsigned_bits_of(n | (r >= k.two_64));
-    else return unsigned_bits_of(select(r < k.two_64, n, k.least_i64));
+    if constexpr (Saturate) return as_uint(n | (r >= k.two_64));
+    else return as_uint(select(r < k.two_64, n, k.least_i64));
 }
 
 template <class I, rounding_mode M, bool Saturate> struct ToInteger {
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         using Wide = std::conditional_t<sizeof(I) == 8, f64, typename V::element>;
         auto r = convert<Wide>(round<M>(x));
         if constexpr (std::is_unsigned_v<I>) r = Saturate ? max(r, decltype(r){}) : magnitude_of(r);
@@ -109,4 +110,5 @@ QUEVAR_TO_ALL(rtn, downward)
 QUEVAR_TO_ALL(rtp, upward)
 QUEVAR_TO_ALL(rtz, toward_zero)
 
+QUEVAR_INLINE_END
 } // namespace quevar::to_integer

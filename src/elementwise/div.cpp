@@ -2,9 +2,10 @@
 #include "frame/frame.hpp"
 
 namespace quevar::div {
+QUEVAR_INLINE_BEGIN
 
 struct Exact {
-    template <class V> static QUEVAR_INLINE V main(V x, V y) { return x / y; }
+    template <class V> static V main(V x, V y) { return x / y; }
 };
 
 struct Constants {
@@ -15,9 +16,9 @@ struct Constants {
 QUEVAR_CONSTANTS(Constants, constants){};
 
 struct Estimate {
-    template <class V> static QUEVAR_INLINE auto main(V x, V y) {
+    template <class V> static auto main(V x, V y) {
         const auto &k = constants;
-        return flagged(x * reciprocal_estimate(y), ((bits(y) - k.least) & k.magnitude) > k.range);
+        return flagged(x * reciprocal_estimate(y), ((as_int(y) - k.least) & k.magnitude) > k.range);
     }
     static void rare(const f32 *x, const f32 *y, f32 *r) { *r = *x / *y; }
 };
@@ -29,4 +30,5 @@ QUEVAR_EXPORT(div, f, _half, binary, f32, f32, void, Estimate)
 QUEVAR_EXPORT(div, , , binary, f64, f64, void, Exact)
 QUEVAR_EXPORT(div, , _native, binary, f64, f64, void, Exact)
 
+QUEVAR_INLINE_END
 } // namespace quevar::div

@@ -3,19 +3,16 @@
 #include "frame/frame.hpp"
 
 namespace quevar::exponent {
+QUEVAR_INLINE_BEGIN
 
 // A denormal times this power of two is a normal number.
 template <class T> constexpr int lift = sizeof(T) == 4 ? 25 : 55;
-template <class T> T two_to(int k) {
-    return with_pattern<T>((unsigned_bits<T>)(k + format<T>::bias) << format<T>::digits);
-}
 template <class T> T with_exponent_field(T x, int field) {
-    return with_pattern<T>((pattern_of(x) & ~format<T>::exponent) | (unsigned_bits<T>)field
-                                                                        << format<T>::digits);
+    return as_float((as_uint(x) & ~format<T>::exponent) | (unsigned_bits<T>)field << format<T>::digits);
 }
 // a a with the sign of x, multiplied at run time: it overflows or underflows.
 template <class T> T signed_square(T a, T x) {
-    return multiply_in_order(with_pattern<T>(pattern_of(a) | (pattern_of(x) & format<T>::sign)), a);
+    return multiply_in_order(as_float(as_uint(a) | (as_uint(x) & format<T>::sign)), a);
 }
 template <class T> bool infinite_or_nan(T x) { return exponent_field(x) == format<T>::field_max; }
 
@@ -33,26 +30,26 @@ QUEVAR_CONSTANTS(Constants<f32>, float_constants){};
 QUEVAR_CONSTANTS(Constants<f64>, double_constants){};
 
 // The exponent field, in lanes of x's size.
-template <const auto &k, class V> QUEVAR_INLINE auto field(V x) {
-    return bits((unsigned_bits_of(x) & k.exponent) >> format<typename V::element>::digits);
+template <const auto &k, class V> auto field(V x) {
+    return as_int((as_uint(x) & k.exponent) >> format<typename V::element>::digits);
 }
-template <const auto &k, class V> QUEVAR_INLINE auto not_normal(V x) {
-    const auto e = unsigned_bits_of(x) & k.exponent;
+template <const auto &k, class V> auto not_normal(V x) {
+    const auto e = as_uint(x) & k.exponent;
     return (e == decltype(e){}) | (e == k.exponent);
 }
 
 template <const auto &k> struct Ldexp {
     // The fields of x and of the result are within 1 ... last_field unless one of four differences is
     // negative. A sum that wraps is negative or comes from a field that is flagged itself.
-    template <class V, class I> static QUEVAR_INLINE auto main(V x, I n) {
+    template <class V, class I> static auto main(V x, I n) {
         using T = typename V::element;
         const auto by = convert<signed_bits<T>>(n);
         const auto e = field<k>(x), sum = e + by;
         const auto special = (e - k.one) | (sum - k.one) | (k.last_field - e) | (k.last_field - sum);
-        return flagged(number(bits(x) + (by << format<T>::digits)), special);
+        return flagged(as_float(as_int(x) + (by << format<T>::digits)), special);
     }
 
-    template <class T> static void rare(const T *x, const i32 *n, T *r) {
+    template <class T> [[gnu::noinline]] static void rare(const T *x, const i32 *n, T *r) {
         T v = quiet(*x);
         *r = v;
         if (infinite_or_nan(v) || v == 0) return;
@@ -72,12 +69,12 @@ template <const auto &k> struct Ldexp {
 };
 
 template <const auto &k> struct Frexp {
-    template <class V> static QUEVAR_INLINE auto main(V x) {
-        const V significand = number((bits(x) & k.sign_and_significand) | k.half);
+    template <class V> static auto main(V x) {
+        const V significand = as_float((as_int(x) & k.sign_and_significand) | k.half);
         return flagged(significand, convert<i32>(field<k>(x) - k.half_bias), not_normal<k>(x));
     }
 
-    template <class T> static void rare(const T *x, T *r, i32 *e) {
+    template <class T> [[gnu::noinline]] static void rare(const T *x, T *r, i32 *e) {
         const T v = quiet(*x);
         *r = v;
         *e = 0;
@@ -89,11 +86,11 @@ template <const auto &k> struct Frexp {
 };
 
 template <const auto &k> struct Ilogb {
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         return flagged(convert<i32>(field<k>(x) - k.bias), not_normal<k>(x));
     }
 
-    template <class T> static void rare(const T *x, i32 *r) {
+    template <class T> [[gnu::noinline]] static void rare(const T *x, i32 *r) {
         if (*x == 0) *r = -0x7FFFFFFF - 1;
         else if (infinite_or_nan(*x)) *r = 0x7FFFFFFF;
         else *r = exponent_field(*x * two_to<T>(lift<T>)) - (format<T>::bias + lift<T>);
@@ -101,17 +98,17 @@ template <const auto &k> struct Ilogb {
 };
 
 template <const auto &k> struct Logb {
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const auto e = convert<i32>(field<k>(x) - k.bias);
         return flagged(convert<typename V::element>(e), not_normal<k>(x));
     }
 
-    template <class T> static void rare(const T *x, T *r) {
+    template <class T> [[gnu::noinline]] static void rare(const T *x, T *r) {
         const T v = quiet(*x);
         if (v == 0) {
-            *r = with_pattern<T>(format<T>::sign | format<T>::exponent);
+            *r = as_float(format<T>::sign | format<T>::exponent);
         } else if (infinite_or_nan(v)) {
-            *r = with_pattern<T>(pattern_of(v) & ~format<T>::sign);
+            *r = as_float(as_uint(v) & ~format<T>::sign);
         } else {
             i32 e;
             Ilogb<k>::rare(x, &e);
@@ -129,4 +126,5 @@ QUEVAR_EXPORT(ilogb, , , unary, f64, i32, void, Ilogb<double_constants>)
 QUEVAR_EXPORT(logb, f, , unary, f32, f32, void, Logb<float_constants>)
 QUEVAR_EXPORT(logb, , , unary, f64, f64, void, Logb<double_constants>)
 
+QUEVAR_INLINE_END
 } // namespace quevar::exponent

@@ -3,6 +3,7 @@
 #include "frame/frame.hpp"
 
 namespace quevar::fraction {
+QUEVAR_INLINE_BEGIN
 
 template <class T> struct Constants {
     slot<T> sign{format<T>::sign};
@@ -11,31 +12,31 @@ template <class T> struct Constants {
 QUEVAR_CONSTANTS(Constants<f32>, float_constants){.below_one{0x3F7FFFFF}};          // 1 - 2^-24
 QUEVAR_CONSTANTS(Constants<f64>, double_constants){.below_one{0x3FEFFFFFFFFFFFFF}}; // 1 - 2^-53
 
-template <class T> T zero_with_sign_of(T x) { return with_pattern<T>(pattern_of(x) & format<T>::sign); }
+template <class T> T zero_with_sign_of(T x) { return as_float(as_uint(x) & format<T>::sign); }
 
 template <const auto &k> struct Modf {
     // The difference is NaN for infinities, and for NaN, which comes out right.
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const V i = quevar::round<toward_zero>(x);
         const V d = x - i;
         return flagged(d | (x & k.sign), i, unordered(d, d));
     }
 
-    template <class T> static void rare(const T *x, T *f, T *) {
+    template <class T> [[gnu::noinline]] static void rare(const T *x, T *f, T *) {
         if (!is_nan(*x)) *f = zero_with_sign_of(*x);
     }
 };
 
 template <const auto &k> struct Fract {
     // The minimum matters where x is negative and so small that 1 + x rounds to 1. Zeros keep their sign.
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const V i = quevar::round<downward>(x);
         const V d = x - i;
         return flagged(select(x == V{}, x, min(d, k.below_one)), i, unordered(d, d));
     }
 
     // NaN, signalling ones too, comes back as it is in both.
-    template <class T> static void rare(const T *x, T *f, T *i) {
+    template <class T> [[gnu::noinline]] static void rare(const T *x, T *f, T *i) {
         *f = is_nan(*x) ? *x : zero_with_sign_of(*x);
         *i = *x;
     }
@@ -46,4 +47,5 @@ QUEVAR_EXPORT(modf, , , unary_pointer, f64, f64, f64, Modf<double_constants>)
 QUEVAR_EXPORT(fract, f, , unary_pointer, f32, f32, f32, Fract<float_constants>)
 QUEVAR_EXPORT(fract, , , unary_pointer, f64, f64, f64, Fract<double_constants>)
 
+QUEVAR_INLINE_END
 } // namespace quevar::fraction

@@ -2,9 +2,10 @@
 #include "frame/frame.hpp"
 
 namespace quevar::rounding {
+QUEVAR_INLINE_BEGIN
 
 template <rounding_mode M> struct Rounding {
-    template <class V> static QUEVAR_INLINE auto main(V x) { return quevar::round<M>(x); }
+    template <class V> static auto main(V x) { return quevar::round<M>(x); }
 };
 
 template <class T> struct Constants {
@@ -16,7 +17,7 @@ QUEVAR_CONSTANTS(Constants<f64>, round_constants){.half{0x3FE0000000000000}, .on
 
 template <const auto &k> struct Round {
     // To the even neighbour, and one up where x stood half above it.
-    template <class V> static QUEVAR_INLINE auto main(V x) {
+    template <class V> static auto main(V x) {
         const V sign = x & k.sign, a = x ^ sign;
         const V r = quevar::round<to_nearest>(a), one = k.one;
         return (r + keep(a - r == k.half, one)) | sign;
@@ -36,4 +37,5 @@ QUEVAR_EXPORT(nearbyint, , , unary, f64, f64, void, Rounding<nearby>)
 QUEVAR_EXPORT(round, f, , unary, f32, f32, void, Round<roundf_constants>)
 QUEVAR_EXPORT(round, , , unary, f64, f64, void, Round<round_constants>)
 
+QUEVAR_INLINE_END
 } // namespace quevar::rounding

@@ -2,6 +2,7 @@
 #include "frame/frame.hpp"
 
 namespace quevar::selection {
+QUEVAR_INLINE_BEGIN
 
 struct NumberBeforeNan {
     // Of two NaNs y wins.
@@ -9,14 +10,10 @@ struct NumberBeforeNan {
 };
 
 struct Fmax : NumberBeforeNan {
-    template <class V> static QUEVAR_INLINE auto main(V x, V y) {
-        return flagged(max(x, y), unordered(x, y));
-    }
+    template <class V> static auto main(V x, V y) { return flagged(max(x, y), unordered(x, y)); }
 };
 struct Fmin : NumberBeforeNan {
-    template <class V> static QUEVAR_INLINE auto main(V x, V y) {
-        return flagged(min(x, y), unordered(x, y));
-    }
+    template <class V> static auto main(V x, V y) { return flagged(min(x, y), unordered(x, y)); }
 };
 
 template <class T> struct Constants { slot<T> magnitude{~format<T>::sign}; };
@@ -25,13 +22,13 @@ QUEVAR_CONSTANTS(Constants<f64>, double_constants){};
 
 // By magnitude. Of two alike the positive one is the larger; of two zeros x is either.
 template <const auto &k> struct Maxmag : NumberBeforeNan {
-    template <class V> static QUEVAR_INLINE auto main(V x, V y) {
+    template <class V> static auto main(V x, V y) {
         const V a = x & k.magnitude, b = y & k.magnitude;
         return flagged(select(a == b, max(y, x), select(a > b, x, y)), unordered(x, y));
     }
 };
 template <const auto &k> struct Minmag : NumberBeforeNan {
-    template <class V> static QUEVAR_INLINE auto main(V x, V y) {
+    template <class V> static auto main(V x, V y) {
         const V a = x & k.magnitude, b = y & k.magnitude;
         return flagged(select(a == b, min(y, x), select(a < b, x, y)), unordered(x, y));
     }
@@ -46,4 +43,5 @@ QUEVAR_EXPORT(maxmag, , , binary, f64, f64, void, Maxmag<double_constants>)
 QUEVAR_EXPORT(minmag, f, , binary, f32, f32, void, Minmag<float_constants>)
 QUEVAR_EXPORT(minmag, , , binary, f64, f64, void, Minmag<double_constants>)
 
+QUEVAR_INLINE_END
 } // namespace quevar::selection

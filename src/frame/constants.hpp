@@ -11,6 +11,7 @@
     constinit const type name
 
 namespace quevar {
+QUEVAR_INLINE_BEGIN
 
 // One constant, given by its pattern and repeated over 32 bytes: a load of any width's length finds it in
 // every lane, as the memory operand of the operation that uses it.
@@ -20,14 +21,14 @@ template <class T> struct alignas(32) slot {
     consteval slot(unsigned_bits<T> bits) : pattern{} {
         for (auto &p : pattern) p = bits;
     }
-    template <int N, int L> QUEVAR_INLINE operator vec<T, N, L>() const {
+    template <int N, int L> operator vec<T, N, L>() const {
         using V = vec<T, N, L>;
         return {*reinterpret_cast<const typename V::raw *>(pattern)};
     }
 };
 
 // c[0] x^(n-1) + ... + c[n-1], each step fused.
-template <class V, class T, int N> QUEVAR_INLINE V polynomial(V x, const slot<T> (&c)[N]) {
+template <class V, class T, int N> V polynomial(V x, const slot<T> (&c)[N]) {
     V p = c[0];
 #pragma clang loop unroll(full)
     for (int i = 1; i < N; i++) p = fma(x, p, c[i]);
@@ -41,10 +42,24 @@ struct alignas(32) row_slot {
     consteval row_slot(u32 a, u32 b, u32 c, u32 d) : pattern{a, b, c, d, a, b, c, d} {}
 
     // In each lane the entry that the two lowest bits of n name; the permute ignores the other bits.
-    template <int N, int L> QUEVAR_INLINE vec<f32, N, L> operator[](vec<i32, N, L> n) const {
+    template <int N, int L> vec<f32, N, L> operator[](vec<i32, N, L> n) const {
         if constexpr (N == 8)
             return {_mm256_permutevar_ps(_mm256_load_ps((const f32 *)pattern), (__m256i)n.v)};
         else return {_mm_permutevar_ps(_mm_load_ps((const f32 *)pattern), (__m128i)n.v)};
+    }
+};
+
+// A table of eight floats in one register.
+struct alignas(32) row_slot_of_8 {
+    u32 pattern[8];
+
+    // In each lane the entry that the three lowest bits of n name; the permute ignores the other bits.
+    template <int N, int L> vec<f32, N, L> operator[](vec<i32, N, L> n) const {
+        const __m256 row = _mm256_load_ps((const f32 *)pattern);
+        if constexpr (N == 8) return {_mm256_permutevar8x32_ps(row, (__m256i)n.v)};
+        else
+            return {
+                _mm256_castps256_ps128(_mm256_permutevar8x32_ps(row, _mm256_castsi128_si256((__m128i)n.v)))};
     }
 };
 
@@ -57,17 +72,17 @@ template <class T, int C, int Rows> struct alignas(64) table {
 };
 
 template <class V, int C> struct columns { V column[C]; };
-template <std::size_t I, class V, int C> QUEVAR_INLINE V get(const columns<V, C> &c) { return c.column[I]; }
+template <std::size_t I, class V, int C> V get(const columns<V, C> &c) { return c.column[I]; }
 
 // Row fetch: for each lane one load of the whole row, then a transposition. Rows are counted from First. The
 // caller has seen to it that the numbers are in the table whatever the lane holds.
 template <int First = 0, int Rows, int N, int L>
-QUEVAR_INLINE columns<vec<f32, N, L>, 2> fetch(const table<f32, 2, Rows> &t, vec<i32, N, L> number) {
+columns<vec<f32, N, L>, 2> fetch(const table<f32, 2, Rows> &t, vec<i32, N, L> number) {
     using V = vec<f32, N, L>;
     const auto base =
         reinterpret_cast<const double *>((u64)t.row - First * sizeof t.row[0]); // a row as one value
     // Two rows in one register; their numbers come in one 64-bit extraction.
-    const auto two_rows = [base](i64 numbers) QUEVAR_ALWAYS_INLINE {
+    const auto two_rows = [base](i64 numbers) {
         return _mm_castpd_ps(_mm_loadh_pd(_mm_load_sd(base + (u32)numbers), base + ((u64)numbers >> 32)));
     };
     if constexpr (L == 1) {
@@ -90,10 +105,9 @@ QUEVAR_INLINE columns<vec<f32, N, L>, 2> fetch(const table<f32, 2, Rows> &t, vec
 
 // The same for rows of four columns, or eight, and so on: 16 bytes a load.
 template <int C, int Rows, int N, int L>
-requires(C % 4 == 0) QUEVAR_INLINE columns<vec<f32, N, L>, C> fetch(const table<f32, C, Rows> &t,
-                                                                    vec<i32, N, L> number) {
+requires(C % 4 == 0) columns<vec<f32, N, L>, C> fetch(const table<f32, C, Rows> &t, vec<i32, N, L> number) {
     columns<vec<f32, N, L>, C> out;
-    const auto four_entries = [&](int lane, int c) QUEVAR_ALWAYS_INLINE {
+    const auto four_entries = [&](int lane, int c) {
         return _mm_load_ps((const f32 *)t.row[(u32)number.v[lane]] + c);
     };
 #pragma clang loop unroll(full)
@@ -118,6 +132,50 @@ requires(C % 4 == 0) QUEVAR_INLINE columns<vec<f32, N, L>, C> fetch(const table<
     return out;
 }
 
+// Row fetch for doubles. at(lane) is the address of the lane's row.
+template <int C, int N, int L, class At> columns<vec<f64, N, L>, C> fetch_doubles(At at) {
+    static_assert(C == 1 || C % 2 == 0);
+    columns<vec<f64, N, L>, C> out;
+    if constexpr (L == 1) {
+        const f64 *row = at(0);
+#pragma clang loop unroll(full)
+        for (int c = 0; c < C; c++) out.column[c].v = _mm_loaddup_pd(row + c);
+    } else if constexpr (C == 1) {
+        const auto two_rows = [&](int lane) { return _mm_loadh_pd(_mm_load_sd(at(lane)), at(lane + 1)); };
+        if constexpr (N == 2) out.column[0].v = two_rows(0);
+        else out.column[0].v = _mm256_set_m128d(two_rows(2), two_rows(0));
+    } else {
+#pragma clang loop unroll(full)
+        for (int c = 0; c < C; c += 2) {
+            const auto entries = [&](int lane) { return _mm_load_pd(at(lane) + c); };
+            if constexpr (N == 2) {
+                const __m128d a = entries(0), b = entries(1);
+                out.column[c].v = _mm_unpacklo_pd(a, b), out.column[c + 1].v = _mm_unpackhi_pd(a, b);
+            } else {
+                const __m256d a = _mm256_set_m128d(entries(2), entries(0));
+                const __m256d b = _mm256_set_m128d(entries(3), entries(1));
+                out.column[c].v = _mm256_unpacklo_pd(a, b), out.column[c + 1].v = _mm256_unpackhi_pd(a, b);
+            }
+        }
+    }
+    return out;
+}
+// By row numbers, counted from First, or by their distances in bytes from a row 0.
+template <int First = 0, int C, int Rows, class I, int N, int L>
+columns<vec<f64, N, L>, C> fetch(const table<f64, C, Rows> &t, vec<I, N, L> number) {
+    const u64 base = (u64)t.row - First * sizeof t.row[0];
+    return fetch_doubles<C, N, L>([=](int lane) {
+        return reinterpret_cast<const f64 *>(base + (u64)(unsigned_bits<I>)number.v[lane] * sizeof t.row[0]);
+    });
+}
+template <int First = 0, int C, int Rows, class I, int N, int L>
+columns<vec<f64, N, L>, C> fetch_at(const table<f64, C, Rows> &t, vec<I, N, L> bytes) {
+    const u64 base = (u64)t.row - First * sizeof t.row[0];
+    return fetch_doubles<C, N, L>(
+        [=](int lane) { return reinterpret_cast<const f64 *>(base + (u64)(unsigned_bits<I>)bytes.v[lane]); });
+}
+
+QUEVAR_INLINE_END
 } // namespace quevar
 
 template <class V, int C>

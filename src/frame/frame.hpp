@@ -2,6 +2,7 @@
 #pragma once
 
 #include "constants.hpp"
+#include "in_double.hpp"
 #include "member.hpp"
 #include "operations.hpp"
 #include "scalar.hpp"

@@ -19,10 +19,12 @@
 #include <string_view>
 #include <tuple>
 
+#include "barriers.hpp"
 #include "quevar/quevar.h"
 #include "vec.hpp"
 
 namespace quevar {
+QUEVAR_INLINE_BEGIN
 
 struct none {};
 
@@ -32,11 +34,10 @@ template <class First, class Second = none, class Special = none> struct outcome
     Second second;
     Special special;
 };
-template <class A, class B> QUEVAR_INLINE outcome<A, B> two(A first, B second) { return {first, second, {}}; }
-template <class A, class M> QUEVAR_INLINE outcome<A, none, M> flagged(A value, M special) {
-    return {value, {}, special};
-}
-template <class A, class B, class M> QUEVAR_INLINE outcome<A, B, M> flagged(A first, B second, M special) {
+template <class A, class B, class M> outcome(A, B, M) -> outcome<A, B, M>;
+template <class A, class B> outcome<A, B> two(A first, B second) { return {first, second, {}}; }
+template <class A, class M> outcome<A, none, M> flagged(A value, M special) { return {value, {}, special}; }
+template <class A, class B, class M> outcome<A, B, M> flagged(A first, B second, M special) {
     return {first, second, special};
 }
 
@@ -53,27 +54,26 @@ template <int W, int Bytes> struct working {
 
 template <class V, int P> struct parts { V part[P]; };
 
-template <int N, class F> QUEVAR_INLINE void for_each_part(F f) {
-    with_indices<N>([&]<int... P>(indices<P...>)
-                        QUEVAR_ALWAYS_INLINE { (f(std::integral_constant<int, P>{}), ...); });
+template <int N, class F> void for_each_part(F f) {
+    with_indices<N>([&]<int... P>(indices<P...>) { (f(std::integral_constant<int, P>{}), ...); });
 }
 
 // K lanes from lane First of a raw vector, and two raw vectors side by side.
-template <int First, int K, class Raw> QUEVAR_INLINE auto slice(Raw x) {
-    return with_indices<K>([x]<int... I>(indices<I...>) QUEVAR_ALWAYS_INLINE {
+template <int First, int K, class Raw> auto slice(Raw x) {
+    return with_indices<K>([x]<int... I>(indices<I...>) {
         return __builtin_shufflevector(x, x, (First + I)...);
     });
 }
-template <class Raw> QUEVAR_INLINE auto concat(Raw a, Raw b) {
-    return with_indices<2 * sizeof(Raw) / sizeof(a[0])>([ a, b ]<int... I>(
-        indices<I...>) QUEVAR_ALWAYS_INLINE { return __builtin_shufflevector(a, b, I...); });
+template <class Raw> auto concat(Raw a, Raw b) {
+    return with_indices<2 * sizeof(Raw) / sizeof(a[0])>(
+        [ a, b ]<int... I>(indices<I...>) { return __builtin_shufflevector(a, b, I...); });
 }
 
 // ---- Parameters to parts ----
 
 // Width 1 is broadcast, lanes 0 and 1 are copied into spare lanes at width 2, and lane 3 is the filler at
 // width 3.
-template <class T, int W, class Work, class... Raw> QUEVAR_INLINE auto take(T filler, Raw... raw) {
+template <class T, int W, class Work, class... Raw> auto take(T filler, Raw... raw) {
     using V = typename Work::template vector<T>;
     parts<V, Work::parts> x;
     if constexpr (W == 1) {
@@ -85,7 +85,7 @@ template <class T, int W, class Work, class... Raw> QUEVAR_INLINE auto take(T fi
     } else {
         const std::tuple all{raw...};
         constexpr int lanes = W / sizeof...(Raw);
-        for_each_part<Work::parts>([&](auto p) QUEVAR_ALWAYS_INLINE {
+        for_each_part<Work::parts>([&](auto p) {
             constexpr int first = p * Work::lanes;
             x.part[p].v = slice<first % lanes, Work::lanes>(std::get<first / lanes>(all));
         });
@@ -95,7 +95,7 @@ template <class T, int W, class Work, class... Raw> QUEVAR_INLINE auto take(T fi
 
 // ---- Parts to results ----
 
-template <int W, class V, int P> QUEVAR_INLINE auto single(parts<V, P> r) {
+template <int W, class V, int P> auto single(parts<V, P> r) {
     if constexpr (W == 1) return r.part[0].v[0];
     else if constexpr (P == 1) return slice<0, (W == 3 ? 4 : W)>(r.part[0].v);
     else if constexpr (P == 2) return concat(r.part[0].v, r.part[1].v);
@@ -103,7 +103,7 @@ template <int W, class V, int P> QUEVAR_INLINE auto single(parts<V, P> r) {
 }
 
 // Each vector of a pair has a register of its own: the low lanes of one 256-bit half of the result.
-template <int W, class V, int P> QUEVAR_INLINE auto pair(parts<V, P> a, parts<V, P> b) {
+template <int W, class V, int P> auto pair(parts<V, P> a, parts<V, P> b) {
     using T = typename V::element;
     static_assert(P <= 2 && sizeof(typename V::raw) >= 16, "no pair of this form goes in registers");
     if constexpr (W == 1 && std::is_integral_v<T>) {
@@ -124,57 +124,47 @@ template <int W, class V, int P> QUEVAR_INLINE auto pair(parts<V, P> a, parts<V,
 
 // ---- Values in memory: no alignment but the element's, and the bytes of the form, no more ----
 
-template <class Raw, class T> QUEVAR_INLINE void store_raw(T *p, Raw x) {
+template <class Raw, class T> void store_raw(T *p, Raw x) {
     struct [[gnu::packed, gnu::may_alias]] unaligned {
         Raw raw;
     };
     reinterpret_cast<unaligned *>(p)->raw = x;
 }
-template <class Raw, class T> QUEVAR_INLINE Raw load_raw(const T *p) {
+template <class Raw, class T> Raw load_raw(const T *p) {
     struct [[gnu::packed, gnu::may_alias]] unaligned {
         Raw raw;
     };
     return reinterpret_cast<const unaligned *>(p)->raw;
 }
 
-template <int W, class T, int P, int N, int L> QUEVAR_INLINE void store(T *p, parts<vec<T, N, L>, P> x) {
+template <int W, class T, int P, int N, int L> void store(T *p, parts<vec<T, N, L>, P> x) {
     if constexpr (W == 1) *p = x.part[0].v[0];
     else if constexpr (P == 1) store_raw(p, slice<0, (W == 2 ? 2 : N)>(x.part[0].v));
-    else for_each_part<P>([&](auto i) QUEVAR_ALWAYS_INLINE { store_raw(p + i * N, x.part[i].v); });
+    else for_each_part<P>([&](auto i) { store_raw(p + i * N, x.part[i].v); });
 }
-template <int W, class T, int P> QUEVAR_INLINE void store(T *, parts<none, P>) {}
-template <int W, class Work, class T> QUEVAR_INLINE auto load(const T *p) {
+template <int W, class T, int P> void store(T *, parts<none, P>) {}
+template <int W, class Work, class T> auto load(const T *p) {
     using V = typename Work::template vector<T>;
     parts<V, Work::parts> x;
     if constexpr (W == 1) x.part[0] = V::splat(*p);
     else if constexpr (W == 2) x = take<T, W, Work>(T{}, load_raw<typename vec<T, 2>::raw>(p));
     else
-        for_each_part<Work::parts>([&](auto i) QUEVAR_ALWAYS_INLINE {
-            x.part[i].v = load_raw<typename V::raw>(p + i * Work::lanes);
-        });
+        for_each_part<Work::parts>(
+            [&](auto i) { x.part[i].v = load_raw<typename V::raw>(p + i * Work::lanes); });
     return x;
 }
 
 // ---- A step over all parts, and the special mask ----
 
-template <class T, int N, int L> QUEVAR_INLINE outcome<vec<T, N, L>> as_outcome(vec<T, N, L> r) {
-    return {r, {}, {}};
-}
-template <class A, class B, class M> QUEVAR_INLINE outcome<A, B, M> as_outcome(outcome<A, B, M> o) {
-    return o;
-}
+template <class T, int N, int L> outcome<vec<T, N, L>> as_outcome(vec<T, N, L> r) { return {r, {}, {}}; }
+template <class A, class B, class M> outcome<A, B, M> as_outcome(outcome<A, B, M> o) { return o; }
 
 template <int P, class A, class B, class M>
 auto outcome_parts(outcome<A, B, M>) -> outcome<parts<A, P>, parts<B, P>, parts<M, P>>;
 
-// Lets nothing that depends on x begin before r is there.
-template <class X, class R> QUEVAR_INLINE void begin_after(X &x, const R &r) {
-    asm("" : "+x"(x.v) : "x"(r.v));
-}
-
-template <int P, class Step, class... X> QUEVAR_INLINE auto over_parts(Step step, parts<X, P>... x) {
+template <int P, class Step, class... X> auto over_parts(Step step, parts<X, P>... x) {
     decltype(outcome_parts<P>(as_outcome(step(x.part[0]...)))) out;
-    for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE {
+    for_each_part<P>([&](auto p) {
         // Four parts at once would not fit the registers.
         if constexpr (p == 2) (begin_after(x.part[p], out.first.part[p - 1]), ...);
         const auto o = as_outcome(step(x.part[p]...));
@@ -185,25 +175,24 @@ template <int P, class Step, class... X> QUEVAR_INLINE auto over_parts(Step step
     return out;
 }
 
-template <class M, int P> QUEVAR_INLINE unsigned joined_mask(const parts<M, P> &special) {
+template <class M, int P> unsigned joined_mask(const parts<M, P> &special) {
     unsigned mask = 0;
-    for_each_part<P>([&](auto p)
-                         QUEVAR_ALWAYS_INLINE { mask |= sign_bits(special.part[p]) << p * M::lanes; });
+    for_each_part<P>([&](auto p) { mask |= sign_bits(special.part[p]) << p * M::lanes; });
     return mask;
 }
 // Whether a lane is special. Apart: by each part's own bits, for where the registers are needed for other
 // things than to join masks there, as the compiler would if it knew what they are.
-template <bool Apart, class M, int P> QUEVAR_INLINE bool any_special(parts<M, P> special) {
+template <bool Apart, class M, int P> bool any_special(parts<M, P> special) {
     if constexpr (Apart) {
-        for (M &m : special.part) asm("" : "+x"(m.v));
+        for (M &m : special.part) m = unrecognised(m);
         return joined_mask(special) != 0;
     } else {
         M any = special.part[0];
-        for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE { any = any | special.part[p]; });
+        for_each_part<P>([&](auto p) { any = any | special.part[p]; });
         return sign_bits(any) != 0;
     }
 }
-template <bool, int P> QUEVAR_INLINE bool any_special(const parts<none, P> &) { return false; }
+template <bool, int P> bool any_special(const parts<none, P> &) { return false; }
 
 template <class> constexpr bool is_none = false;
 template <int P> constexpr bool is_none<parts<none, P>> = true;
@@ -256,18 +245,18 @@ template <class F, class Row, int W> struct member {
     static constexpr int P = Work::parts;
     using Part = working<Work::lanes, bytes>; // one part alone
 
-    template <class T, class... Raw> static QUEVAR_INLINE auto take(Raw... raw) {
+    template <class T, class... Raw> static auto take(Raw... raw) {
         if constexpr (std::is_same_v<T, A>) return frame::take<T, W, Work>(Row::filler, raw...);
         else return frame::take<T, W, Work>(T(1), raw...);
     }
-    template <class T, class Block> static QUEVAR_INLINE auto load(const Block &block) {
+    template <class T, class Block> static auto load(const Block &block) {
         return frame::load<W, Work>((const T *)&block);
     }
 
-    template <class... V> static QUEVAR_INLINE auto main(const parts<V, P> &...x) {
-        return over_parts<P>([](auto... v) QUEVAR_ALWAYS_INLINE { return F::main(v...); }, x...);
+    template <class... V> static auto main(const parts<V, P> &...x) {
+        return over_parts<P>([](auto... v) { return F::main(v...); }, x...);
     }
-    template <class Out> static QUEVAR_INLINE bool any_special(const Out &out) {
+    template <class Out> static bool any_special(const Out &out) {
         return frame::any_special<P == 4>(out.special);
     }
     // The same from memory to memory, part by part, as not all would fit the registers at once. Says whether
@@ -276,11 +265,11 @@ template <class F, class Row, int W> struct member {
         R *block;
         S *second;
 
-        template <class... X> QUEVAR_INLINE bool main(const X *...x) const {
+        template <class... X> bool main(const X *...x) const {
             bool special = false;
-            for_each_part<P>([&](auto p) QUEVAR_ALWAYS_INLINE {
+            for_each_part<P>([&](auto p) {
                 constexpr int first = p * Work::lanes;
-                const auto out = over_parts<1>([](auto... v) QUEVAR_ALWAYS_INLINE { return F::main(v...); },
+                const auto out = over_parts<1>([](auto... v) { return F::main(v...); },
                                                frame::load<Work::lanes, Part>(x + first)...);
                 store<Work::lanes>(block + first, out.first);
                 if constexpr (Row::pair) store<Work::lanes>(block + W + first, out.second);
@@ -290,7 +279,7 @@ template <class F, class Row, int W> struct member {
             return special;
         }
     };
-    template <class S = none> static QUEVAR_INLINE InMemory<S> into(R *block, S *second = nullptr) {
+    template <class S = none> static InMemory<S> into(R *block, S *second = nullptr) {
         return {block, second};
     }
     // The same, then settle and the lane loop.
@@ -315,8 +304,7 @@ template <class F, class Row, int W> struct member {
     }
 
     // The result as the member returns it, and as it is stored in a block; a second one through the pointer.
-    template <class Out, class S = none>
-    static QUEVAR_INLINE auto result(const Out &out, S *second = nullptr) {
+    template <class Out, class S = none> static auto result(const Out &out, S *second = nullptr) {
         if constexpr (Row::pair) {
             return pair<W>(out.first, out.second);
         } else {
@@ -325,7 +313,7 @@ template <class F, class Row, int W> struct member {
         }
     }
     template <class Out, class S = none>
-    static QUEVAR_INLINE void store_result(R *block, const Out &out, S *second = nullptr) {
+    static void store_result(R *block, const Out &out, S *second = nullptr) {
         store<W>(block, out.first);
         if constexpr (Row::pair) store<W>(block + W, out.second);
         else store<W>(second, out.second);
@@ -351,6 +339,7 @@ namespace rows {
 #undef QUEVAR_FAMILY
 } // namespace rows
 
+QUEVAR_INLINE_END
 } // namespace quevar
 
 // Defines the six members of a family: QUEVAR_EXPORT(exp, f, _native, unary, f32, f32, void, Family).

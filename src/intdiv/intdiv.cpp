@@ -3,6 +3,7 @@
 #include "frame/frame.hpp"
 
 namespace quevar::intdiv {
+QUEVAR_INLINE_BEGIN
 
 struct Constants {
     slot<f64> two{0x4000000000000000};
@@ -13,7 +14,7 @@ QUEVAR_CONSTANTS(Constants, constants){};
 
 // x/y with a relative error between 0 and 2^-41, whose sign is the work of above_two: no whole quotient falls
 // short, and as |x| is at most 2^32 no other reaches the next whole number.
-template <class V> QUEVAR_INLINE V divide(V x, V y) {
+template <class V> V divide(V x, V y) {
     const auto &k = constants;
     const V r0 = convert<f64>(reciprocal_estimate(convert<f32>(y)));
     const V r1 = r0 * fnma(y, r0, k.two);
@@ -21,34 +22,32 @@ template <class V> QUEVAR_INLINE V divide(V x, V y) {
     return e * (x * r1);
 }
 
-template <int L> QUEVAR_INLINE auto quotient(vec<i32, 4, L> x, vec<i32, 4, L> y) {
+template <int L> auto quotient(vec<i32, 4, L> x, vec<i32, 4, L> y) {
     return truncated_to_i32(divide(convert<f64>(x), convert<f64>(y)));
 }
-template <int L> QUEVAR_INLINE auto quotient(vec<u32, 4, L> x, vec<u32, 4, L> y) {
+template <int L> auto quotient(vec<u32, 4, L> x, vec<u32, 4, L> y) {
     using D = vec<f64, 4, L>;
     const D shifter = constants.shifter;
-    const auto to_double = [shifter](auto n) __attribute__((always_inline)) {
-        return number(bits(convert<u64>(n)) | bits(shifter)) - shifter;
+    const auto to_double = [shifter](auto n) {
+        return as_float(as_int(convert<u64>(n)) | as_int(shifter)) - shifter;
     };
     const D q = round<toward_zero>(divide(to_double(x), to_double(y)));
-    return unsigned_bits_of(low_words(q + shifter));
+    return as_uint(low_words(q + shifter));
 }
 // In two halves, as a register holds four doubles.
-template <int First, class T> QUEVAR_INLINE vec<T, 4> half(vec<T, 8> n) {
-    return {frame::slice<First, 4>(n.v)};
-}
-template <class T> QUEVAR_INLINE vec<T, 8> quotient(vec<T, 8> x, vec<T, 8> y) {
+template <int First, class T> vec<T, 4> half(vec<T, 8> n) { return {frame::slice<First, 4>(n.v)}; }
+template <class T> vec<T, 8> quotient(vec<T, 8> x, vec<T, 8> y) {
     return {frame::concat(quotient(half<0>(x), half<0>(y)).v, quotient(half<4>(x), half<4>(y)).v)};
 }
 
 struct Quotient {
-    template <class V> static QUEVAR_INLINE auto main(V x, V y) { return quotient(x, y); }
+    template <class V> static auto main(V x, V y) { return quotient(x, y); }
 };
 struct Remainder {
-    template <class V> static QUEVAR_INLINE auto main(V x, V y) { return x - quotient(x, y) * y; }
+    template <class V> static auto main(V x, V y) { return x - quotient(x, y) * y; }
 };
 struct Both {
-    template <class V> static QUEVAR_INLINE auto main(V x, V y) {
+    template <class V> static auto main(V x, V y) {
         const V q = quotient(x, y);
         return two(q, x - q * y);
     }
@@ -61,4 +60,5 @@ QUEVAR_EXPORT(udiv, , , binary, u32, u32, void, Quotient)
 QUEVAR_EXPORT(urem, , , binary, u32, u32, void, Remainder)
 QUEVAR_EXPORT(udivrem, , , binary_pair, u32, u32, void, Both)
 
+QUEVAR_INLINE_END
 } // namespace quevar::intdiv

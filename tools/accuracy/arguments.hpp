@@ -1,6 +1,6 @@
 // The arguments that sampled measurements use: the same in every run and with every compiler.
 #pragma once
-#include "support/families.hpp"
+#include "harness/families.hpp"
 #include <array>
 #include <vector>
 

@@ -1,0 +1,32 @@
+// Compiler barriers: empty assembly through which a value passes, so that the compiler knows nothing of it
+// afterwards. None is an instruction; each costs what the compiler could have done with its knowledge.
+#pragma once
+
+#include "vec.hpp"
+
+namespace quevar {
+QUEVAR_INLINE_BEGIN
+
+// x as the processor will find it. Arithmetic on it is not folded, so it is done under the caller's rounding
+// mode and with the processor's choice of NaN. Cost: the constant is loaded and the operation executed.
+template <scalar T> T at_run_time(T x) {
+    asm volatile("" : "+x"(x));
+    return x;
+}
+
+// A vector that the compiler does not recognise as x: it can neither merge what is computed from the two nor
+// rewrite masks it would see through. Cost: such steps are done twice.
+template <class V> V unrecognised(V x) {
+    asm("" : "+x"(x.v));
+    return x;
+}
+
+// Both values are complete before any use of either, which bounds how many registers are in use at once.
+// Cost: the steps before and after are not interleaved.
+template <class V> void complete_both(V &a, V &b) { asm("" : "+x"(a.v), "+x"(b.v)); }
+
+// Nothing that depends on x begins before r is complete. Reason and cost as above.
+template <class X, class R> void begin_after(X &x, const R &r) { asm("" : "+x"(x.v) : "x"(r.v)); }
+
+QUEVAR_INLINE_END
+} // namespace quevar
