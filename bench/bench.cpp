@@ -21,24 +21,34 @@
 namespace quevar_bench {
 namespace {
 
-enum Shape { unary, binary, ternary, with_int, unary_pointer, binary_pointer, unary_pair, binary_pair };
-
-constexpr bool has_pointer(Shape shape) { return shape == unary_pointer || shape == binary_pointer; }
-constexpr bool has_pair(Shape shape) { return shape == unary_pair || shape == binary_pair; }
+// The properties of a shape, from shapes.def.
+template <int arguments_, bool with_int_, bool pointer_, bool pair_> struct Shape {
+    static constexpr int arguments = arguments_;
+    static constexpr bool with_int = with_int_, pointer = pointer_, pair = pair_;
+};
+#define ARGUMENTS_1 1, false
+#define ARGUMENTS_2 2, false
+#define ARGUMENTS_3 3, false
+#define ARGUMENTS_1i 2, true
+#define IS_PAIR_single false
+#define IS_PAIR_pair true
+#define SHAPE(name)                                                                                          \
+    Shape<QUEVAR_CAT(ARGUMENTS_, QUEVAR_SHAPE_ARGUMENTS(name)), QUEVAR_SHAPE_POINTER(name),                  \
+          QUEVAR_CAT(IS_PAIR_, QUEVAR_SHAPE_RESULTS(name))>
 
 constexpr size_t array_bytes = 4096 - 64; // an odd number of lines: equal indices of two arrays do not alias
 
-template <Shape shape_, class A, class R, class P> struct Data {
-    static constexpr Shape shape = shape_;
+template <class Shape_, class A, class R, class P> struct Data {
+    using Shape = Shape_;
     static constexpr int lanes = array_bytes / sizeof(A);
     using X = A;
-    using Y = std::conditional_t<shape == with_int, int, A>;
+    using Y = std::conditional_t<Shape::with_int, int, A>;
 
     alignas(64) X x[lanes];
     alignas(64) Y y[lanes];
     alignas(64) X z[lanes];
     alignas(64) R r[lanes];
-    alignas(64) std::conditional_t<has_pointer(shape), P, R> s[lanes]; // the second result
+    alignas(64) std::conditional_t<Shape::pointer, P, R> s[lanes]; // the second result
 };
 
 enum Specials { no_special, one_special, all_special };
@@ -55,17 +65,17 @@ template <class V, class T> V load(const T *from) {
 }
 
 // Applies f to the arguments that the shape has.
-template <Shape shape, class F, class X, class Y, class... More>
+template <class Shape, class F, class X, class Y, class... More>
 auto apply(F f, X x, Y y, X z, More... more) {
-    if constexpr (shape == unary || shape == unary_pointer || shape == unary_pair) return f(x, more...);
-    else if constexpr (shape == ternary) return f(x, y, z);
+    if constexpr (Shape::arguments == 1) return f(x, more...);
+    else if constexpr (Shape::arguments == 3) return f(x, y, z);
     else return f(x, y, more...);
 }
 
 // Stores a result of quevar. A pair is a vector whose halves begin with the first and the second value.
 template <int W, class D, class V> void store(D &d, int i, const V &value) {
     __builtin_memcpy(d.r + i, &value, W * sizeof d.r[0]);
-    if constexpr (has_pair(D::shape))
+    if constexpr (D::Shape::pair)
         __builtin_memcpy(d.s + i, reinterpret_cast<const char *>(&value) + sizeof value / 2,
                          W * sizeof d.s[0]);
 }
@@ -75,8 +85,8 @@ template <int W, class F, class D> void loop_sleef(D &d) {
     using X [[gnu::vector_size(step * sizeof d.x[0])]] = typename D::X;
     using Y [[gnu::vector_size(step * sizeof d.y[0])]] = typename D::Y;
     for (int i = 0; i < D::lanes; i += step) {
-        auto value = apply<D::shape>(F{}, load<X>(d.x + i), load<Y>(d.y + i), load<X>(d.z + i));
-        if constexpr (has_pointer(D::shape) || has_pair(D::shape)) {
+        auto value = apply<typename D::Shape>(F{}, load<X>(d.x + i), load<Y>(d.y + i), load<X>(d.z + i));
+        if constexpr (D::Shape::pointer || D::Shape::pair) {
             __builtin_memcpy(d.r + i, &value.x, sizeof value.x);
             __builtin_memcpy(d.s + i, &value.y, sizeof value.y);
         } else __builtin_memcpy(d.r + i, &value, sizeof value);
@@ -85,9 +95,9 @@ template <int W, class F, class D> void loop_sleef(D &d) {
 
 template <class F, class D> void loop_libm(D &d) {
     for (int i = 0; i < D::lanes; ++i)
-        if constexpr (has_pointer(D::shape) || has_pair(D::shape))
-            d.r[i] = apply<D::shape>(F{}, d.x[i], d.y[i], d.z[i], d.s + i);
-        else d.r[i] = apply<D::shape>(F{}, d.x[i], d.y[i], d.z[i]);
+        if constexpr (D::Shape::pointer || D::Shape::pair)
+            d.r[i] = apply<typename D::Shape>(F{}, d.x[i], d.y[i], d.z[i], d.s + i);
+        else d.r[i] = apply<typename D::Shape>(F{}, d.x[i], d.y[i], d.z[i]);
 }
 
 template <class D, class Peers, bool loose> struct Family {
@@ -138,19 +148,19 @@ template <class D, class Peers, bool loose> struct Family {
 
 #define LOAD_scalar(T, W, v) d.v[i]
 #define LOAD_1(T, W, v) load<quevar_##T##x##W>(d.v + i)
-#define LOAD_HALF(T, W, v, k) load<quevar_##T##_half>(d.v + i + (k)*32 / QUEVAR_SIZE_##T)
+#define LOAD_HALF(T, W, v, k) load<QUEVAR_HALF(T)>(d.v + i + (k)*32 / QUEVAR_SIZE_##T)
 #define LOAD_2(T, W, v) LOAD_HALF(T, W, v, 0), LOAD_HALF(T, W, v, 1)
 #define LOAD_4(T, W, v) LOAD_2(T, W, v), LOAD_HALF(T, W, v, 2), LOAD_HALF(T, W, v, 3)
 #define LOAD(T, W, v) QUEVAR_FORM(LOAD_, T, W)(T, W, v)
 #define LOAD_MEMORY(T, W, v) load<quevar_##T##x##W##m>(d.v + i)
-#define SECOND_RESULT(P) , d.s + i
+#define SECOND_RESULT(P, W) (quevar_##P##x##W##_out *)(d.s + i)
 
 #define ADD(load, W, shape, A, P, base, mark, tier)                                                          \
     family.template add_member<W>([](auto &d) {                                                              \
         for (int i = 0; i < d.lanes; i += W)                                                                 \
             store<W>(d, i,                                                                                   \
-                     QUEVAR_NAME(base, mark, tier, W)(QUEVAR_VECTORS_##shape(load, A, W)                     \
-                                                          QUEVAR_POINTER_##shape(SECOND_RESULT, P)));        \
+                     QUEVAR_NAME(base, mark, tier, W)(QUEVAR_VECTORS(shape, load, A, W)                      \
+                                                          QUEVAR_POINTER(shape, SECOND_RESULT, P, W)));      \
     });
 #define ADD_DIRECT(W, shape, A, P, base, mark, tier) ADD(LOAD, W, shape, A, P, base, mark, tier)
 #define ADD_MEMORY(W, shape, A, P, base, mark, tier) ADD(LOAD_MEMORY, W, shape, A, P, base, mark, tier)
@@ -160,8 +170,8 @@ using quevar_void = void;
 void add_all(Summary &summary) {
 #define QUEVAR_FAMILY(base, mark, tier, shape, A, R, P, filler, bound)                                       \
     {                                                                                                        \
-        Family<Data<shape, quevar_##A, quevar_##R, quevar_##P>, decltype(peers<#base>), (bound > 4)> family{ \
-            #base #mark #tier, peers<#base>, summary};                                                       \
+        Family<Data<SHAPE(shape), quevar_##A, quevar_##R, quevar_##P>, decltype(peers<#base>), (bound > 4)>  \
+            family{#base #mark #tier, peers<#base>, summary};                                                \
         QUEVAR_MEMBERS(ADD_DIRECT, ADD_MEMORY, shape, A, P, base, mark, tier)                                \
         family.add_libm();                                                                                   \
     }

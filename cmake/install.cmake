@@ -4,6 +4,15 @@ include(CMakePackageConfigHelpers)
 install(TARGETS quevar EXPORT quevar-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/quevar DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
+set(QUEVAR_MEMBERS_H ${CMAKE_CURRENT_BINARY_DIR}/members.h)
+add_custom_command(
+  OUTPUT ${QUEVAR_MEMBERS_H}
+  COMMAND ${CMAKE_COMMAND} -DCOMPILER=${CMAKE_C_COMPILER} -DINCLUDE=${CMAKE_CURRENT_SOURCE_DIR}/include
+          -DOUTPUT=${QUEVAR_MEMBERS_H} -P ${CMAKE_CURRENT_SOURCE_DIR}/cmake/members_header.cmake
+  DEPENDS include/quevar/quevar.h include/quevar/shapes.def include/quevar/families.def cmake/members_header.cmake VERBATIM)
+add_custom_target(quevar_members_header ALL DEPENDS ${QUEVAR_MEMBERS_H})
+install(FILES ${QUEVAR_MEMBERS_H} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quevar)
+
 file(CREATE_LINK __quevar.so.3.7 ${CMAKE_CURRENT_BINARY_DIR}/libquevar.so SYMBOLIC)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/libquevar.so DESTINATION ${CMAKE_INSTALL_LIBDIR})
 

@@ -6,7 +6,7 @@
 #define vstore1(value, i, p) (p)[i] = (value)
 #define LOAD(T, W, v) vload##W(get_global_id(0), (global const quevar_##T *)v)
 #define LOAD_SCALAR(T, v) ((global const quevar_##T *)v)[get_global_id(0)]
-#define ADDRESS(pointee) , (global pointee *)p + get_global_id(0)
+#define ADDRESS(P, W) (global quevar_##P##x##W *)p + get_global_id(0)
 
 #define KERNEL(W, kernel_name, R, value)                                                                     \
     kernel void kernel_name(global const char *x, global const char *y, global const char *z,                \
@@ -16,7 +16,7 @@
     }
 #define OF_VECTORS(W, shape, A, R, P, name)                                                                  \
     KERNEL(W, name##_##A##x##W, R,                                                                           \
-           name(QUEVAR_VECTORS_##shape(LOAD, A, W) QUEVAR_POINTER_##shape(ADDRESS, quevar_##P##x##W)))
+           name(QUEVAR_VECTORS(shape, LOAD, A, W) QUEVAR_POINTER(shape, ADDRESS, P, W)))
 #define OF_SCALAR(W, name, A, Y) KERNEL(W, name##_scalar_##A##x##W, A, name(LOAD(A, W, x), LOAD_SCALAR(Y, y)))
 
 #define QUEVAR_BUILTIN(name, base, mark, tier, shape, A, R, P)                                               \

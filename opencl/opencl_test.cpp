@@ -94,7 +94,7 @@ void check(const char *builtin, int width, void (*kernel)(void *, void *), R (*s
 
 TEST(OpenCl, LanesAgreeWithScalarMembers) {
 #define LANE(T, W, v) v<quevar_##T>[i]
-#define POINTER(P) , second
+#define POINTER(P, W) second
 #define CHECK(W, shape, A, R, P, name, base, mark, tier)                                                     \
     check<quevar_##R, quevar_##P>(                                                                           \
         #name, W,                                                                                            \
@@ -104,7 +104,7 @@ TEST(OpenCl, LanesAgreeWithScalarMembers) {
         },                                                                                                   \
         [](int i, [[maybe_unused]] quevar_##P *second) {                                                     \
             return QUEVAR_NAME(base, mark, tier,                                                             \
-                               1)(QUEVAR_VECTORS_##shape(LANE, A, 1) QUEVAR_POINTER_##shape(POINTER, P));    \
+                               1)(QUEVAR_VECTORS(shape, LANE, A, 1) QUEVAR_POINTER(shape, POINTER, P, 1));   \
         });
 #define QUEVAR_BUILTIN(name, base, mark, tier, shape, A, R, P)                                               \
     QUEVAR_MEMBERS(CHECK, CHECK, shape, A, R, P, name, base, mark, tier)

@@ -14,8 +14,12 @@ template <scalar T> T at_run_time(T x) {
     return x;
 }
 
-// A vector that the compiler does not recognise as x: it can neither merge what is computed from the two nor
+// A value that the compiler does not recognise as x: it can neither merge what is computed from the two nor
 // rewrite masks it would see through. Cost: such steps are done twice.
+template <class T> T *unrecognised(T *p) {
+    asm("" : "+r"(p));
+    return p;
+}
 template <class V> V unrecognised(V x) {
     asm("" : "+x"(x.v));
     return x;

@@ -3,24 +3,23 @@
 //
 // A family is a class with
 //
-//     main(x...)          template over the working vector; straight-line. Gives the result, or two(first,
-//     second),
-//                         or flagged(result..., special) with the mask of the lanes that it leaves to the
-//                         others.
-//     settle(x..., r...)  optional; run only if some lane is special: a vector fix-up or stage. Takes main's
-//                         results and gives flagged(results..., the lanes that remain).
-//     rare(x..., r...)    pointers to one lane of each argument and result; called for each lane that
-//     remains.
-//                         It may leave a result alone.
-//     bytes               optional: size of the widest element that main works on, where neither argument nor
-//                         result is as wide.
+//     main(x...)          template over the working vector; straight-line. Gives the result, or two(first, second),
+//                         or flagged(result..., special) with the mask of the lanes that it leaves to the others.
+//     settle(x..., r...)  optional; run only if some lane is special: a vector fix-up or stage. Takes main's results
+//                         and gives flagged(results..., the lanes that remain).
+//     rare(x..., r...)    pointers to one lane of each argument and result; called for each lane that remains. It may
+//                         leave a result alone.
+//     bytes               optional: size of the widest element that main works on, where neither argument nor result
+//                         is as wide.
 #pragma once
 
 #include <string_view>
 #include <tuple>
 
-#include "barriers.hpp"
+#define QUEVAR_PURE // a promise to callers, of which the definitions make no use
 #include "quevar/quevar.h"
+
+#include "barriers.hpp"
 #include "vec.hpp"
 
 namespace quevar {
@@ -107,7 +106,8 @@ template <int W, class V, int P> auto pair(parts<V, P> a, parts<V, P> b) {
     using T = typename V::element;
     static_assert(P <= 2 && sizeof(typename V::raw) >= 16, "no pair of this form goes in registers");
     if constexpr (W == 1 && std::is_integral_v<T>) {
-        return (u64)(u32)a.part[0].v[0] | (u64)(u32)b.part[0].v[0] << 32;
+        return (std::conditional_t<std::is_signed_v<T>, i64, u64>)((u64)(u32)a.part[0].v[0] |
+                                                                   (u64)(u32)b.part[0].v[0] << 32);
     } else if constexpr (W == 1) {
         typename vec<T, 16 / sizeof(T)>::raw packed{};
         packed[0] = a.part[0].v[0];
@@ -223,66 +223,30 @@ template <class F, class... Lane> void lane_loop(unsigned mask, Lane *...lane) {
     }
 }
 
-// The pointer itself, unknown to the compiler: knowing that a twin returns it, the compiler would return it
-// after the call instead of jumping.
-template <class T> inline T *opaque(T *p) {
-    asm("" : "+r"(p));
-    return p;
-}
-
 // ---- The member ----
 
-consteval bool is_pair(std::string_view shape) { return shape.ends_with("_pair"); }
+template <class... T> using types = std::tuple<std::type_identity<T>...>;
+template <int K, class Types> using type_at = typename std::tuple_element_t<K, Types>::type;
 
 template <class F, class Row, int W> struct member {
     using A = typename Row::A;
     using R = typename Row::R;
+    using Arguments = typename Row::arguments;
+    static constexpr bool has_pointer = !std::is_void_v<typename Row::P>;
+    using Second = std::conditional_t<has_pointer, typename Row::P, none>; // what the pointer addresses
     static constexpr int bytes = [] {
         if constexpr (requires { F::bytes; }) return F::bytes;
         else return (int)(sizeof(A) > sizeof(R) ? sizeof(A) : sizeof(R));
     }();
     using Work = working<W, bytes>;
     static constexpr int P = Work::parts;
-    using Part = working<Work::lanes, bytes>; // one part alone
 
-    template <class T, class... Raw> static auto take(Raw... raw) {
-        if constexpr (std::is_same_v<T, A>) return frame::take<T, W, Work>(Row::filler, raw...);
-        else return frame::take<T, W, Work>(T(1), raw...);
-    }
-    template <class T, class Block> static auto load(const Block &block) {
-        return frame::load<W, Work>((const T *)&block);
-    }
+    // ---- Main path and special lanes, on parts ----
 
     template <class... V> static auto main(const parts<V, P> &...x) {
         return over_parts<P>([](auto... v) { return F::main(v...); }, x...);
     }
-    template <class Out> static bool any_special(const Out &out) {
-        return frame::any_special<P == 4>(out.special);
-    }
-    // The same from memory to memory, part by part, as not all would fit the registers at once. Says whether
-    // a lane is special.
-    template <class S> struct InMemory {
-        R *block;
-        S *second;
-
-        template <class... X> bool main(const X *...x) const {
-            bool special = false;
-            for_each_part<P>([&](auto p) {
-                constexpr int first = p * Work::lanes;
-                const auto out = over_parts<1>([](auto... v) { return F::main(v...); },
-                                               frame::load<Work::lanes, Part>(x + first)...);
-                store<Work::lanes>(block + first, out.first);
-                if constexpr (Row::pair) store<Work::lanes>(block + W + first, out.second);
-                else store<Work::lanes>(second + first, out.second);
-                special |= frame::any_special<true>(out.special);
-            });
-            return special;
-        }
-    };
-    template <class S = none> static InMemory<S> into(R *block, S *second = nullptr) {
-        return {block, second};
-    }
-    // The same, then settle and the lane loop.
+    // main, then settle and the lane loop.
     template <class... V> static auto all_paths(const parts<V, P> &...x) {
         auto out = main(x...);
         if constexpr (!is_none<decltype(out.special)>) {
@@ -303,20 +267,98 @@ template <class F, class Row, int W> struct member {
         return out;
     }
 
-    // The result as the member returns it, and as it is stored in a block; a second one through the pointer.
-    template <class Out, class S = none> static auto result(const Out &out, S *second = nullptr) {
+    // ---- In registers. raw: the parameters as they come, a pointer last ----
+
+    using Result = decltype([] {
+        if constexpr (!Row::pair) return single<W>(parts<typename Work::template vector<R>, P>{});
+        else if constexpr (P <= 2) return pair<W>(parts<typename Work::template vector<R>, P>{}, {});
+    }());
+
+    // Argument K takes as many of the parameters as its value has vectors.
+    template <int K>
+    static constexpr int vectors = [] {
+        const int bytes = W * (int)sizeof(type_at<K, Arguments>);
+        return bytes > 32 ? bytes / 32 : 1;
+    }();
+    template <int K>
+    static constexpr int first_vector = [] {
+        if constexpr (K == 0) return 0;
+        else return first_vector<K - 1> + vectors<K - 1>;
+    }();
+    template <int K, class All> static auto argument(const All &all) {
+        using T = type_at<K, Arguments>;
+        return with_indices<vectors<K>>([&]<int... I>(indices<I...>) {
+            return take<T, W, Work>(std::is_same_v<T, A> ? T(Row::filler) : T(1),
+                                    std::get<first_vector<K> + I>(all)...);
+        });
+    }
+    template <class Path, class... Raw> static auto on_arguments(Path path, Raw... raw) {
+        const std::tuple all{raw...};
+        return with_indices<std::tuple_size_v<Arguments>>([&]<int... K>(indices<K...>) {
+            return path(argument<K>(all)...);
+        });
+    }
+
+    template <class... Raw> static auto ordinary(Raw... raw) {
+        return on_arguments([](const auto &...x) { return main(x...); }, raw...);
+    }
+    template <class Out> static bool any_special(const Out &out) {
+        return frame::any_special<P == 4>(out.special);
+    }
+    template <class Out, class... Raw> static Result give(const Out &out, Raw... raw) {
         if constexpr (Row::pair) {
             return pair<W>(out.first, out.second);
         } else {
-            store<W>(second, out.second);
+            if constexpr (has_pointer)
+                store<W>((Second *)std::get<sizeof...(Raw) - 1>(std::tuple{raw...}), out.second);
             return single<W>(out.first);
         }
     }
-    template <class Out, class S = none>
-    static void store_result(R *block, const Out &out, S *second = nullptr) {
-        store<W>(block, out.first);
-        if constexpr (Row::pair) store<W>(block + W, out.second);
-        else store<W>(second, out.second);
+    template <class... Raw> [[gnu::noinline, gnu::cold]] static Result special(Raw... raw) {
+        return give(on_arguments([](const auto &...x) { return all_paths(x...); }, raw...), raw...);
+    }
+
+    // ---- In memory: the result goes to r, arguments are blocks, a pointer comes last ----
+
+    // The main path part by part, as not all would fit the registers at once. Says whether a lane is special.
+    template <class... Block> static bool ordinary_in_memory(R *r, const Block &...block) {
+        return on_blocks(
+            [r](Second *second, auto... x) {
+                using Part = working<Work::lanes, bytes>;
+                bool special = false;
+                for_each_part<P>([&](auto p) {
+                    constexpr int first = p * Work::lanes;
+                    const auto out = over_parts<1>([](auto... v) { return F::main(v...); },
+                                                   load<Work::lanes, Part>(x + first)...);
+                    store<Work::lanes>(r + first, out.first);
+                    if constexpr (Row::pair) store<Work::lanes>(r + W + first, out.second);
+                    else store<Work::lanes>(second + first, out.second);
+                    special |= frame::any_special<true>(out.special);
+                });
+                return special;
+            },
+            block...);
+    }
+    template <class... Block> [[gnu::noinline, gnu::cold]] static R *special_in_memory(R *r, Block... block) {
+        return on_blocks(
+            [r](Second *second, auto... x) {
+                const auto out = all_paths(load<W, Work>(x)...);
+                store<W>(r, out.first);
+                if constexpr (Row::pair) store<W>(r + W, out.second);
+                else store<W>(second, out.second);
+                // If the compiler knew what comes back it would return that itself, after a call, instead of jumping.
+                return unrecognised(r);
+            },
+            block...);
+    }
+    // Calls path with the pointer for second results and the first lane of each block.
+    template <class Path, class... Block> static auto on_blocks(Path path, const Block &...block) {
+        return with_indices<std::tuple_size_v<Arguments>>([&]<int... K>(indices<K...>) {
+            const std::tuple<const Block *...> all{&block...};
+            Second *second = nullptr;
+            if constexpr (has_pointer) second = (Second *)*std::get<sizeof...(Block) - 1>(all);
+            return path(second, (const type_at<K, Arguments> *)std::get<K>(all)...);
+        });
     }
 };
 
@@ -325,13 +367,17 @@ template <class F, class Row, int W> struct member {
 // ---- Export lines ----
 
 // What families.def says of a family, for the frame.
+#define QUEVAR_ELEMENT(T, W, v) T
+#define QUEVAR_IS_PAIR_single false
+#define QUEVAR_IS_PAIR_pair true
 #define QUEVAR_ROW(base, mark, tier, shape, A_, R_, P_, filler_, bound)                                      \
     struct base##_##mark##tier {                                                                             \
         using A = A_;                                                                                        \
         using R = R_;                                                                                        \
         using P = P_;                                                                                        \
+        using arguments = frame::types<QUEVAR_VECTORS(shape, QUEVAR_ELEMENT, A_, 0)>;                        \
         static constexpr A filler = filler_;                                                                 \
-        static constexpr bool pair = frame::is_pair(#shape);                                                 \
+        static constexpr bool pair = QUEVAR_CAT(QUEVAR_IS_PAIR_, QUEVAR_SHAPE_RESULTS(shape));               \
     };
 namespace rows {
 #define QUEVAR_FAMILY QUEVAR_ROW
@@ -344,54 +390,43 @@ QUEVAR_INLINE_END
 
 // Defines the six members of a family: QUEVAR_EXPORT(exp, f, _native, unary, f32, f32, void, Family).
 //
-// A member computes the main path and returns. Where a lane is special it calls its twin, which starts over,
-// with the same parameters: as those still lie where the caller put them the call is a plain jump, and the
-// ordinary path needs no frame.
+// A member computes the main path and returns. Where a lane is special it jumps to a function of its own with the
+// same parameters, which starts over: they still lie where the caller put them, and the ordinary path needs no frame.
+//
+// A result pointer is passed on with a type that promises more alignment than there is; nothing counts on it.
+#pragma clang diagnostic ignored "-Walign-mismatch"
 #define QUEVAR_EXPORT(base, mark, tier, shape, A, R, P, ...)                                                 \
     QUEVAR_MEMBERS(QUEVAR_DEFINE, QUEVAR_DEFINE_MEMORY, shape, A, R, P, base, mark, tier, __VA_ARGS__)
+
 #define QUEVAR_MEMBER(W, base, mark, tier, ...)                                                              \
     quevar::frame::member<__VA_ARGS__, quevar::rows::base##_##mark##tier, W>
-#define QUEVAR_TAKE(T, W, v) m::take<quevar::T>(QUEVAR_FORM(QUEVAR_NAMES_, T, W)(v))
-#define QUEVAR_TAKE_MEMORY(T, W, v) m::load<quevar::T>(v)
-#define QUEVAR_LANES_MEMORY(T, W, v) (const quevar::T *)&v
-#define QUEVAR_NAMES(T, W, v) QUEVAR_FORM(QUEVAR_NAMES_, T, W)(v)
-#define QUEVAR_NAMES_MEMORY(T, W, v) v
+#define QUEVAR_ARGUMENT_NAMES(names, W, shape, A, P)                                                         \
+    QUEVAR_VECTORS(shape, names, A, W) QUEVAR_POINTER(shape, QUEVAR_POINTER_NAME, P, W)
 
 #define QUEVAR_DEFINE(W, shape, A, R, P, base, mark, tier, ...)                                              \
-    [[gnu::noinline, gnu::cold]] QUEVAR_SIGNATURE(W, shape, A, R, P, special_##base##mark##W##tier) {        \
-        using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
-        return m::result(m::all_paths(QUEVAR_VECTORS_##shape(QUEVAR_TAKE, A, W))                             \
-                             QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                                \
-    }                                                                                                        \
     extern "C" [[gnu::visibility("default")]] QUEVAR_SIGNATURE(W, shape, A, R, P,                            \
                                                                QUEVAR_NAME(base, mark, tier, W)) {           \
         using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
-        const auto out = m::main(QUEVAR_VECTORS_##shape(QUEVAR_TAKE, A, W));                                 \
+        const auto out = m::ordinary(QUEVAR_ARGUMENT_NAMES(QUEVAR_NAMES, W, shape, A, P));                   \
         if (m::any_special(out)) [[unlikely]]                                                                \
-            return special_##base##mark##W##tier(QUEVAR_VECTORS_##shape(QUEVAR_NAMES, A, W)                  \
-                                                     QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));        \
-        return m::result(out QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                                \
+            [[clang::musttail]] return m::special(QUEVAR_ARGUMENT_NAMES(QUEVAR_NAMES, W, shape, A, P));      \
+        return m::give(out QUEVAR_POINTER(shape, QUEVAR_POINTER_NAME, P, W));                                \
     }
 
-// A result in memory is declared as what it is to the processor, a block whose address comes and goes.
+// A result in memory is declared as what it is to the processor, a block whose address comes and goes. musttail is
+// not for blocks passed by value: Clang 14 copies them over the return address.
 #define QUEVAR_DEFINE_MEMORY(W, shape, A, R, P, base, mark, tier, ...)                                       \
-    [[gnu::noinline, gnu::cold]] quevar_##R *special_##base##mark##W##tier(                                  \
-        quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P)) {                         \
-        using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
-        m::store_result(r, m::all_paths(QUEVAR_VECTORS_##shape(QUEVAR_TAKE_MEMORY, A, W))                    \
-                               QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));                              \
-        return quevar::frame::opaque(r);                                                                     \
-    }                                                                                                        \
     [[gnu::visibility("default")]] quevar_##R *memory_##base##mark##W##tier(                                 \
-        quevar_##R *r, QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A,                               \
-                                         P)) asm(QUEVAR_STRING(QUEVAR_NAME(base, mark, tier, W)));           \
+        quevar_##R *r, QUEVAR_VECTORS(shape, QUEVAR_PARAMETER_MEMORY, A, W)                                  \
+                           QUEVAR_POINTER(shape, QUEVAR_POINTER_PARAMETER, P,                                \
+                                          W)) asm(QUEVAR_STRING(QUEVAR_NAME(base, mark, tier, W)));          \
     quevar_##R *memory_##base##mark##W##tier(quevar_##R *r,                                                  \
-                                             QUEVAR_PARAMETERS(QUEVAR_PARAMETER_MEMORY, W, shape, A, P)) {   \
+                                             QUEVAR_VECTORS(shape, QUEVAR_PARAMETER_MEMORY, A, W)            \
+                                                 QUEVAR_POINTER(shape, QUEVAR_POINTER_PARAMETER, P, W)) {    \
         using m = QUEVAR_MEMBER(W, base, mark, tier, __VA_ARGS__);                                           \
-        if (m::into(r QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P))                                        \
-                .main(QUEVAR_VECTORS_##shape(QUEVAR_LANES_MEMORY, A, W))) [[unlikely]]                       \
-            return special_##base##mark##W##tier(r, QUEVAR_VECTORS_##shape(QUEVAR_NAMES_MEMORY, A, W)        \
-                                                        QUEVAR_POINTER_##shape(QUEVAR_POINTER_NAME, P));     \
+        if (m::ordinary_in_memory(r, QUEVAR_ARGUMENT_NAMES(QUEVAR_NAMES_MEMORY, W, shape, A, P)))            \
+            [[unlikely]]                                                                                     \
+            return m::special_in_memory(r, QUEVAR_ARGUMENT_NAMES(QUEVAR_NAMES_MEMORY, W, shape, A, P));      \
         return r;                                                                                            \
     }
 #define QUEVAR_STRING(name) QUEVAR_STRING_(name)

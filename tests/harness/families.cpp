@@ -4,6 +4,7 @@
 #include <bit>
 #include <cinttypes>
 #include <cstdio>
+#include <string_view>
 
 namespace quevar::tool {
 namespace {
@@ -84,25 +85,30 @@ void check_preserved(const Family &f, int width, const CallState &s) {
 
 std::span<const Family> families() { return all; }
 
-int Family::arguments() const {
-    switch (shape) {
-    case Shape::unary:
-    case Shape::unary_pointer:
-    case Shape::unary_pair:
-        return 1;
-    case Shape::ternary:
-        return 3;
-    default:
-        return 2;
-    }
-}
+namespace {
+struct Properties {
+    const char *arguments, *results;
+};
+constexpr Properties properties[] = {
+#define TEXT(word) TEXT_(word)
+#define TEXT_(word) #word
+#define PROPERTIES(name) {TEXT(QUEVAR_SHAPE_ARGUMENTS(name)), TEXT(QUEVAR_SHAPE_RESULTS(name))},
+    QUEVAR_SHAPES(PROPERTIES)};
+const Properties &of(Shape shape) { return properties[static_cast<int>(shape)]; }
+} // namespace
 
-Type Family::second() const { return shape == Shape::unary_pair || shape == Shape::binary_pair ? r : p; }
+int Family::arguments() const {
+    const std::string_view text = of(shape).arguments;
+    return text == "1i" ? 2 : text[0] - '0';
+}
+bool Family::is_pair() const { return of(shape).results == std::string_view("pair"); }
+
+Type Family::second() const { return is_pair() ? r : p; }
 
 void invoke(const Family &f, int width, const void *const *arguments, void *result, void *second) {
     const int lanes = lanes_in_memory(width);
     const bool has_pointer = f.p != Type::none;
-    const bool is_pair = !has_pointer && f.second() != Type::none;
+    const bool is_pair = f.is_pair();
     int vectors_in = 0;
     for (int k = 0; k < f.arguments(); ++k) vectors_in += vectors(f.argument(k), width);
     const bool in_memory = std::max(vectors_in, vectors(f.r, width) * (is_pair ? 2 : 1)) > 4;

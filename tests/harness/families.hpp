@@ -16,7 +16,11 @@ constexpr int size_of(Type t) {
 }
 constexpr bool is_float(Type t) { return t == Type::f32 || t == Type::f64; }
 
-enum class Shape { unary, binary, ternary, with_int, unary_pointer, binary_pointer, unary_pair, binary_pair };
+enum class Shape {
+#define QUEVAR_NAME_OF_SHAPE(name) name,
+    QUEVAR_SHAPES(QUEVAR_NAME_OF_SHAPE)
+#undef QUEVAR_NAME_OF_SHAPE
+};
 
 inline constexpr int widths[] = {1, 2, 3, 4, 8, 16};
 constexpr int lanes_in_memory(int width) { return width == 3 ? 4 : width; }
@@ -32,6 +36,7 @@ struct Family {
     std::string name() const { return std::string(base) + mark + tier; }
     std::string name(int width) const { return base + (mark + std::to_string(width)) + tier; }
     int arguments() const;
+    bool is_pair() const;
     Type argument(int k) const { return shape == Shape::with_int && k == 1 ? Type::i32 : a; }
     std::uint64_t filler_of(int k) const { return argument(k) == a ? filler : 1; }
     Type second() const; // element of the second result: of a pair or behind the pointer

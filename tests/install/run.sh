@@ -32,6 +32,11 @@ libs="$(pkg-config --libs quevar) -Wl,-rpath,$(pkg-config --variable=libdir quev
     "$work/values_c"
     "$work/members_cpp"
 
+    echo "== members.h declares what quevar.h declares"
+    for compile in "$CC -x c" "$CXX -x c++" "gcc -x c" "g++ -x c++"; do
+        printf '#include <quevar/members.h>\n#include <quevar/quevar.h>\n' | $compile $flags -fsyntax-only -
+    done
+
     echo "== GCC"
     gcc $flags "$here/values.c" -o "$work/values_gcc" $libs
     "$work/values_gcc"

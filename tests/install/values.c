@@ -1,4 +1,4 @@
-/* Calls fdim in every form in which it is passed. GCC leaves out the members whose result it cannot
+/* Calls fdim in every form in which it is passed, and takes second results. GCC leaves out the members whose result it cannot
  * receive, unless WIDE_RESULT is defined; then it must refuse to compile. */
 #include <quevar/quevar.h>
 #include <stdio.h>
@@ -12,7 +12,7 @@ typedef union {
     quevar_f32x2 x2;
     quevar_f32x3 x3;
     quevar_f32x4 x4;
-    quevar_f32_half half[2];
+    quevar_f32x8 half[2];
     quevar_f32x16 x16;
 } single;
 
@@ -20,7 +20,7 @@ typedef union {
     double lane[16];
     quevar_f64x2 x2;
     quevar_f64x3 x3;
-    quevar_f64_half half[4];
+    quevar_f64x4 half[4];
     quevar_f64x8 x8;
     quevar_f64x16m x16;
 } twice;
@@ -57,6 +57,17 @@ int main(void) {
 #ifdef WIDE_RESULT
     EXPECT(16, r, x16, __quevar_fdimf16(a.half[0], a.half[1], b.half[0], b.half[1]));
     EXPECT(8, s, x8, __quevar_fdim8(x.half[0], x.half[1], y.half[0], y.half[1]));
+#endif
+
+    /* A second result through a pointer, and both of a pair. */
+    quevar_f32x8 sine, cosine;
+    sine = __quevar_sincosf8(a.half[0], &cosine);
+    const quevar_f32x1_pair one = __quevar_sincosregf1(a.lane[0]);
+    if (quevar_f32x1_first(one) != sine[0] || quevar_f32x1_second(one) != cosine[0]) ++failures;
+#ifdef __clang__
+    const quevar_f32x8_pair both = __quevar_sincosregf8(a.half[0]);
+    for (int i = 0; i < 8; ++i)
+        if (quevar_f32x8_first(both)[i] != sine[i] || quevar_f32x8_second(both)[i] != cosine[i]) ++failures;
 #endif
     return failures != 0;
 }
