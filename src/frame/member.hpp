@@ -9,6 +9,9 @@
 //                         and gives flagged(results..., the lanes that remain).
 //     rare(x..., r...)    pointers to one lane of each argument and result; called for each lane that remains. It may
 //                         leave a result alone.
+//     in_turn_from        optional, 2 or 4: the ordinary path of members of so many parts or more computes one part after
+//                         another, because the registers do not hold what main needs for two at once. Main reads its
+//                         constants by `read_for`.
 //     bytes               optional: size of the widest element that main works on, where neither argument nor result
 //                         is as wide.
 #pragma once
@@ -159,6 +162,9 @@ template <int W, class Work, class T> auto load(const T *p) {
 template <class T, int N, int L> outcome<vec<T, N, L>> as_outcome(vec<T, N, L> r) { return {r, {}, {}}; }
 template <class A, class B, class M> outcome<A, B, M> as_outcome(outcome<A, B, M> o) { return o; }
 
+template <class> constexpr bool is_none = false;
+template <int P> constexpr bool is_none<parts<none, P>> = true;
+
 template <int P, class A, class B, class M>
 auto outcome_parts(outcome<A, B, M>) -> outcome<parts<A, P>, parts<B, P>, parts<M, P>>;
 
@@ -171,6 +177,25 @@ template <int P, class Step, class... X> auto over_parts(Step step, parts<X, P>.
         out.first.part[p] = o.first;
         out.second.part[p] = o.second;
         out.special.part[p] = o.special;
+    });
+    return out;
+}
+
+// The same, one part complete before the next begins; the special mask as bits, which take no vector register.
+template <int P, class Step, class... X> auto over_parts_in_turn(Step step, parts<X, P>... x) {
+    using Out = decltype(outcome_parts<P>(as_outcome(step(x.part[0]...))));
+    outcome<decltype(Out::first), decltype(Out::second), unsigned> out{};
+    for_each_part<P>([&](auto p) {
+        if constexpr (p > 0) {
+            (begin_after(x.part[p], out.first.part[p - 1], out.special), ...);
+            if constexpr (!is_none<decltype(Out::second)>)
+                (begin_after(x.part[p], out.second.part[p - 1]), ...);
+        }
+        const auto o = as_outcome(step(x.part[p]...));
+        out.first.part[p] = o.first;
+        out.second.part[p] = o.second;
+        if constexpr (!is_none<decltype(Out::special)>)
+            out.special |= sign_bits(o.special) << p * decltype(o.special)::lanes;
     });
     return out;
 }
@@ -193,9 +218,7 @@ template <bool Apart, class M, int P> bool any_special(parts<M, P> special) {
     }
 }
 template <bool, int P> bool any_special(const parts<none, P> &) { return false; }
-
-template <class> constexpr bool is_none = false;
-template <int P> constexpr bool is_none<parts<none, P>> = true;
+template <bool> bool any_special(unsigned mask) { return mask != 0; }
 
 // ---- Special lanes ----
 
@@ -299,8 +322,18 @@ template <class F, class Row, int W> struct member {
         });
     }
 
+    static constexpr bool in_turn = [] {
+        if constexpr (requires { F::in_turn_from; }) return P >= F::in_turn_from;
+        else return false;
+    }();
     template <class... Raw> static auto ordinary(Raw... raw) {
-        return on_arguments([](const auto &...x) { return main(x...); }, raw...);
+        return on_arguments(
+            [](const auto &...x) {
+                if constexpr (in_turn)
+                    return over_parts_in_turn<P>([](auto... v) { return F::main(v...); }, x...);
+                else return main(x...);
+            },
+            raw...);
     }
     template <class Out> static bool any_special(const Out &out) {
         return frame::any_special<P == 4>(out.special);
