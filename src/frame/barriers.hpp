@@ -29,10 +29,9 @@ template <class V> V unrecognised(V x) {
 // Cost: the steps before and after are not interleaved.
 template <class V> void complete_both(V &a, V &b) { asm("" : "+x"(a.v), "+x"(b.v)); }
 
-// Nothing that depends on x begins before r and the integer are complete. Reason and cost as above.
-template <class X, class R> void begin_after(X &x, const R &r, unsigned n = 0) {
-    asm("" : "+x"(x.v) : "x"(r.v), "r"(n));
-}
+// Nothing that depends on x begins before r, and the integer, are complete. Reason and cost as above.
+template <class X, class R> void begin_after(X &x, const R &r) { asm("" : "+x"(x.v) : "x"(r.v)); }
+template <class X> void begin_after(X &x, unsigned n) { asm("" : "+x"(x.v) : "r"(n)); }
 
 // k, as the compiler must read it for x alone: what it reads for another part of a wide member is not kept in
 // registers for this one. Cost: an address in a register, and a load for each use.

@@ -187,7 +187,8 @@ template <int P, class Step, class... X> auto over_parts_in_turn(Step step, part
     outcome<decltype(Out::first), decltype(Out::second), unsigned> out{};
     for_each_part<P>([&](auto p) {
         if constexpr (p > 0) {
-            (begin_after(x.part[p], out.first.part[p - 1], out.special), ...);
+            (begin_after(x.part[p], out.first.part[p - 1]), ...);
+            if constexpr (!is_none<decltype(Out::special)>) (begin_after(x.part[p], out.special), ...);
             if constexpr (!is_none<decltype(Out::second)>)
                 (begin_after(x.part[p], out.second.part[p - 1]), ...);
         }
