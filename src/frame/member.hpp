@@ -9,9 +9,11 @@
 //                         and gives flagged(results..., the lanes that remain).
 //     rare(x..., r...)    pointers to one lane of each argument and result; called for each lane that remains. It may
 //                         leave a result alone.
-//     in_turn_from        optional, 2 or 4: the ordinary path of members of so many parts or more computes one part after
-//                         another, because the registers do not hold what main needs for two at once. Main reads its
-//                         constants by `read_for`.
+//     in_turn             optional, true: the ordinary path of wide members computes one part after another, because
+//                         the registers do not hold what main needs for two at once. Main reads its constants by
+//                         `read_for`.
+//     in_turn_after_mask  optional, 2 or 4: the same for members of so many parts or more, once the mask of all parts is
+//                         tested. For families whose mask takes few steps.
 //     bytes               optional: size of the widest element that main works on, where neither argument nor result
 //                         is as wide.
 #pragma once
@@ -323,21 +325,41 @@ template <class F, class Row, int W> struct member {
         });
     }
 
-    static constexpr bool in_turn = [] {
-        if constexpr (requires { F::in_turn_from; }) return P >= F::in_turn_from;
+    static constexpr bool after_mask = [] {
+        if constexpr (requires { F::in_turn_after_mask; }) return P >= F::in_turn_after_mask;
         else return false;
     }();
     template <class... Raw> static auto ordinary(Raw... raw) {
         return on_arguments(
             [](const auto &...x) {
-                if constexpr (in_turn)
+                if constexpr (P > 1 && requires { F::in_turn; })
                     return over_parts_in_turn<P>([](auto... v) { return F::main(v...); }, x...);
                 else return main(x...);
             },
             raw...);
     }
     template <class Out> static bool any_special(const Out &out) {
-        return frame::any_special<P == 4>(out.special);
+        return frame::any_special < P == 4 && !after_mask > (out.special);
+    }
+    // What is returned when no lane is special; out is what `ordinary` gave.
+    template <class Out, class... Raw> static Result give_ordinary(const Out &out, Raw... raw) {
+        if constexpr (after_mask) {
+            const auto results = on_arguments(
+                [](auto... x) {
+                    // Nothing that the mask was made of is kept for this.
+                    ((x.part[0] = unrecognised(x.part[0])), ...);
+                    return over_parts_in_turn<P>(
+                        [](auto... v) {
+                            const auto o = as_outcome(F::main(v...));
+                            return outcome{o.first, o.second, none{}};
+                        },
+                        x...);
+                },
+                raw...);
+            return give(results, raw...);
+        } else {
+            return give(out, raw...);
+        }
     }
     template <class Out, class... Raw> static Result give(const Out &out, Raw... raw) {
         if constexpr (Row::pair) {
@@ -444,7 +466,7 @@ QUEVAR_INLINE_END
         const auto out = m::ordinary(QUEVAR_ARGUMENT_NAMES(QUEVAR_NAMES, W, shape, A, P));                   \
         if (m::any_special(out)) [[unlikely]]                                                                \
             [[clang::musttail]] return m::special(QUEVAR_ARGUMENT_NAMES(QUEVAR_NAMES, W, shape, A, P));      \
-        return m::give(out QUEVAR_POINTER(shape, QUEVAR_POINTER_NAME, P, W));                                \
+        return m::give_ordinary(out, QUEVAR_ARGUMENT_NAMES(QUEVAR_NAMES, W, shape, A, P));                   \
     }
 
 // A result in memory is declared as what it is to the processor, a block whose address comes and goes. musttail is
