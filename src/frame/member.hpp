@@ -170,11 +170,11 @@ template <int P> constexpr bool is_none<parts<none, P>> = true;
 template <int P, class A, class B, class M>
 auto outcome_parts(outcome<A, B, M>) -> outcome<parts<A, P>, parts<B, P>, parts<M, P>>;
 
-template <int P, class Step, class... X> auto over_parts(Step step, parts<X, P>... x) {
+template <int P, bool Together = false, class Step, class... X> auto over_parts(Step step, parts<X, P>... x) {
     decltype(outcome_parts<P>(as_outcome(step(x.part[0]...)))) out;
     for_each_part<P>([&](auto p) {
-        // Four parts at once would not fit the registers.
-        if constexpr (p == 2) (begin_after(x.part[p], out.first.part[p - 1]), ...);
+        // Four parts at once would not fit the registers, unless only their masks are wanted.
+        if constexpr (p == 2 && !Together) (begin_after(x.part[p], out.first.part[p - 1]), ...);
         const auto o = as_outcome(step(x.part[p]...));
         out.first.part[p] = o.first;
         out.second.part[p] = o.second;
@@ -267,10 +267,15 @@ template <class F, class Row, int W> struct member {
     using Work = working<W, bytes>;
     static constexpr int P = Work::parts;
 
+    static constexpr bool after_mask = [] {
+        if constexpr (requires { F::in_turn_after_mask; }) return P >= F::in_turn_after_mask;
+        else return false;
+    }();
+
     // ---- Main path and special lanes, on parts ----
 
     template <class... V> static auto main(const parts<V, P> &...x) {
-        return over_parts<P>([](auto... v) { return F::main(v...); }, x...);
+        return over_parts<P, after_mask>([](auto... v) { return F::main(v...); }, x...);
     }
     // main, then settle and the lane loop.
     template <class... V> static auto all_paths(const parts<V, P> &...x) {
@@ -325,10 +330,6 @@ template <class F, class Row, int W> struct member {
         });
     }
 
-    static constexpr bool after_mask = [] {
-        if constexpr (requires { F::in_turn_after_mask; }) return P >= F::in_turn_after_mask;
-        else return false;
-    }();
     template <class... Raw> static auto ordinary(Raw... raw) {
         return on_arguments(
             [](const auto &...x) {
