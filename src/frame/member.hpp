@@ -340,7 +340,7 @@ template <class F, class Row, int W> struct member {
             raw...);
     }
     template <class Out> static bool any_special(const Out &out) {
-        return frame::any_special < P == 4 && !after_mask > (out.special);
+        return frame::any_special<(P == 4 && !after_mask)>(out.special);
     }
     // What is returned when no lane is special; out is what `ordinary` gave.
     template <class Out, class... Raw> static Result give_ordinary(const Out &out, Raw... raw) {

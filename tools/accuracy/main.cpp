@@ -1,4 +1,5 @@
 // quevar_accuracy: the largest error of every family in ulps, with its witness.
+#include "harness/run.hpp"
 #include "meter.hpp"
 #include <algorithm>
 #include <charconv>
@@ -16,46 +17,21 @@ using namespace quevar::tool;
 namespace {
 
 constexpr char usage[] =
-    "usage: quevar_accuracy [--quick] [--exhaustive] [--samples N] [--width N] [--markdown | --digest] "
-    "[family...]\n"
+    "usage: quevar_accuracy [--quick] [--exhaustive] [--samples N] [--width N] [--markdown] [family...]\n"
     "  --quick       sample the arguments: the default\n"
     "  --exhaustive  walk all floats for float families of one argument; the others are sampled\n"
-    "  --samples N   random arguments beside the special ones (20000; 2000 for the digest)\n"
+    "  --samples N   random arguments beside the special ones (20000)\n"
     "  --width N     measure one width; otherwise all when sampling and 16 when walking\n"
     "  --markdown    print the table of docs/accuracy.md\n"
-    "  --digest      print a hash of the result bits of each family instead of its error\n"
     "The exit status is 1 if a family's error exceeds its bound in families.def.\n";
 
 struct Options {
-    bool exhaustive = false, markdown = false, digest = false;
+    bool exhaustive = false, markdown = false;
     int samples = 0, width = 0;
     std::vector<std::string> names;
 
     bool covers(int w) const { return width == 0 || width == w; }
 };
-
-// Calls a member over all arguments; done(lane of the list, bits of first result, of second).
-template <class Done> void run(const Family &family, int width, std::span<const Arguments> list, Done done) {
-    alignas(64) unsigned char lanes[3][128], results[2][128];
-    const void *const pointers[] = {lanes[0], lanes[1], lanes[2]};
-    const int size = size_of(family.r), second_size = size_of(family.second()), count = family.arguments();
-    for (std::size_t begin = 0; begin < list.size(); begin += width) {
-        for (int lane = 0; lane < lanes_in_memory(width); ++lane) {
-            const Arguments &arguments = list[std::min(begin + lane, list.size() - 1)];
-            for (int k = 0; k < count; ++k) {
-                const int bytes = size_of(family.argument(k));
-                std::memcpy(lanes[k] + lane * bytes, &arguments[k], bytes);
-            }
-        }
-        invoke(family, width, pointers, results[0], results[1]);
-        for (int lane = 0; lane < width && begin + lane < list.size(); ++lane) {
-            std::uint64_t first = 0, second = 0;
-            std::memcpy(&first, results[0] + lane * size, size);
-            std::memcpy(&second, results[1] + lane * second_size, second_size);
-            done(begin + lane, first, second);
-        }
-    }
-}
 
 // One meter for each floating-point result that has a reference.
 struct Meters {
@@ -180,26 +156,6 @@ void print_row(const Family &family, const Worst &w, bool exceeds) {
         arguments_of(family, w).c_str(), to_string(type, w.got).c_str(), to_string(type, w.wanted).c_str());
 }
 
-// FNV-1a over the lanes' bits.
-struct Digest {
-    std::uint64_t hash = 0xCBF29CE484222325;
-    void add(std::uint64_t bits) {
-        for (int k = 0; k < 64; k += 8) hash = (hash ^ (bits >> k & 0xFF)) * 0x100000001B3;
-    }
-};
-
-Digest digest(const Family &family, const Options &options) {
-    const auto list = sample(family, options.samples ? options.samples : 2000);
-    Digest d;
-    for (int width : widths)
-        if (options.covers(width))
-            run(family, width, list, [&](std::size_t, std::uint64_t first, std::uint64_t second) {
-                d.add(first);
-                d.add(second);
-            });
-    return d;
-}
-
 Options parse(int argc, char **argv) {
     Options o;
     for (int i = 1; i < argc; ++i) {
@@ -214,7 +170,6 @@ Options parse(int argc, char **argv) {
         };
         if (word == "--exhaustive") o.exhaustive = true;
         else if (word == "--markdown") o.markdown = true;
-        else if (word == "--digest") o.digest = true;
         else if (word == "--samples") o.samples = number();
         else if (word == "--width") o.width = number();
         else if (word == "--quick") o.exhaustive = false;
@@ -234,17 +189,6 @@ std::vector<const Family *> choose(const std::vector<std::string> &names) {
         if (std::ranges::none_of(list, [&](auto *family) { return family->name() == name; }))
             throw std::invalid_argument("no family " + name);
     return list;
-}
-
-int print_digests(const std::vector<const Family *> &list, const Options &options) {
-    Digest total;
-    for (const Family *family : list) {
-        const Digest d = digest(*family, options);
-        std::printf("%016llx %s\n", static_cast<unsigned long long>(d.hash), family->name().c_str());
-        total.add(d.hash);
-    }
-    std::printf("%016llx total\n", static_cast<unsigned long long>(total.hash));
-    return 0;
 }
 
 int measure(const std::vector<const Family *> &list, const Options &options) {
@@ -276,7 +220,7 @@ int measure(const std::vector<const Family *> &list, const Options &options) {
 int main(int argc, char **argv) try {
     const Options options = parse(argc, argv);
     const auto list = choose(options.names);
-    return options.digest ? print_digests(list, options) : measure(list, options);
+    return measure(list, options);
 } catch (const std::invalid_argument &error) {
     std::fprintf(stderr, "%s\n%s", error.what(), usage);
     return 2;

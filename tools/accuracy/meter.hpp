@@ -1,6 +1,6 @@
 // The largest error of one result of a family.
 #pragma once
-#include "arguments.hpp"
+#include "harness/arguments.hpp"
 #include "reference.hpp"
 
 namespace quevar::tool {

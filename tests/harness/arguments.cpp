@@ -1,4 +1,4 @@
-#include "arguments.hpp"
+#include "harness/arguments.hpp"
 #include <cmath>
 #include <string_view>
 
