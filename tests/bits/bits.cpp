@@ -22,7 +22,7 @@ using namespace quevar::tool;
 
 namespace {
 
-constexpr int random_arguments = 300000;
+constexpr int random_arguments = 1000000;
 
 // FNV-1a by 64-bit words, folded.
 struct Hash {
@@ -94,23 +94,69 @@ std::vector<Arguments> stream(const Family &family, const std::vector<std::strin
     return list;
 }
 
+// Calling a member without the harness, whose checks take fifty times as long. All vectors are passed as if they were of
+// 256 bits, an int at width 1 and a pointer as the first integer; what a member does not take it does not see.
+typedef float Both __attribute__((vector_size(64))); // two 256-bit results
+using Direct = Both (*)(__m256, __m256, __m256, std::uintptr_t);
+
+// Hashes the results of a member over the list, `lanes` at a time.
+void run_directly(const Family &family, int lanes, std::span<const Arguments> list, Hash &hash) {
+    const auto member = reinterpret_cast<Direct>(
+        const_cast<void *>(family.member[std::find(widths, std::end(widths), lanes) - widths]));
+    const bool has_pointer = family.p != Type::none,
+               with_int = family.arguments() == 2 && family.argument(1) != family.a;
+    const int size = size_of(family.r), second_size = size_of(family.second());
+    alignas(64) unsigned char in[3][32] = {}, second[64] = {};
+    for (std::size_t begin = 0; begin + lanes <= list.size(); begin += lanes) {
+        for (int k = 0; k < family.arguments(); ++k) {
+            const int bytes = size_of(family.argument(k));
+            for (int i = 0; i < lanes; ++i) std::memcpy(in[k] + i * bytes, &list[begin + i][k], bytes);
+        }
+        const auto vector = [&](int k) { return _mm256_load_ps(reinterpret_cast<const float *>(in[k])); };
+        const std::uintptr_t integer = has_pointer              ? reinterpret_cast<std::uintptr_t>(second)
+                                       : lanes == 1 && with_int ? list[begin][1]
+                                                                : 0;
+        const Both both = member(vector(0), vector(1), vector(2), integer);
+        const auto *first = reinterpret_cast<const unsigned char *>(&both);
+        const unsigned char *other = has_pointer ? second : first + (lanes == 1 ? size : 32);
+        for (int i = 0; i < lanes; ++i) {
+            std::uint64_t a = 0, b = 0;
+            std::memcpy(&a, first + i * size, size);
+            if (second_size) std::memcpy(&b, other + i * second_size, second_size);
+            hash.add(a);
+            hash.add(b);
+        }
+    }
+}
+
 struct Bits {
     std::string width_1, wide;
     bool operator==(const Bits &) const = default;
 };
 
 Bits bits_of(const Family &family, const std::vector<std::string> &constants) {
-    const std::vector<Arguments> list = stream(family, constants);
-    // All of the list at widths 1 and 8; every seventh argument at the others, which run the same steps.
-    std::vector<Arguments> part;
-    for (std::size_t i = 0; i < list.size(); i += 7) part.push_back(list[i]);
+    std::vector<Arguments> list = stream(family, constants);
     Hash hash[2];
+
+    // Every width as its callers see it, over a part of the list.
+    std::vector<Arguments> part;
+    for (std::size_t i = 0; i < list.size(); i += 47) part.push_back(list[i]);
     for (int width : widths)
-        run(family, width, width == 1 || width == 8 ? list : part,
-            [&](std::size_t, std::uint64_t first, std::uint64_t second) {
-                hash[width > 1].add(first);
-                hash[width > 1].add(second);
-            });
+        run(family, width, part, [&](std::size_t, std::uint64_t first, std::uint64_t second) {
+            hash[width > 1].add(first);
+            hash[width > 1].add(second);
+        });
+
+    // The whole list where all values go in one register each; for one float, every 509th pattern too.
+    const int widest = std::max({size_of(family.a), size_of(family.r), size_of(family.second())});
+    const bool in_vectors = is_float(family.a) && is_float(family.r);
+    std::vector<Arguments> patterns;
+    if (family.a == Type::f32 && family.arguments() == 1)
+        for (std::uint64_t bits = 0; bits < 1ull << 32; bits += 509) patterns.push_back({bits});
+    for (std::span<const Arguments> arguments : {std::span(list), std::span(patterns)}) {
+        run_directly(family, 32 / widest, arguments, hash[1]);
+        if (in_vectors) run_directly(family, 1, arguments, hash[0]);
+    }
     return {hash[0].text(), hash[1].text()};
 }
 
