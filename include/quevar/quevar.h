@@ -23,6 +23,13 @@
  * A result through a pointer writes W elements, at width 3 four, and needs the element's alignment. A pair
  * is taken apart by quevar_f32x8_first and quevar_f32x8_second, named after what they return.
  *
+ * Results and bounds are those of rounding to nearest, the default. Other modes change nothing in fmax,
+ * fmin, maxmag, minmag, ceil, floor, trunc, round, fabs, copysign, nan, frexp, ilogb, logb, nextafter,
+ * integer division and conversions to integers, whose names tell how they round. rint and nearbyint follow
+ * the caller's mode. All others compute their steps in it: the result still depends on the lane's arguments
+ * and the mode alone, but no bound holds. No member clears an exception flag; rint raises inexact where it
+ * rounds, nearbyint does not. The others raise what their steps raise.
+ *
  * Clang without AVX-512 expresses every form. GCC returns a vector above 256 bits in memory, and with
  * AVX-512 it comes in a zmm register, so there the members that return one in ymm registers cannot be
  * called: doing so is a compile-time error that says why.

@@ -9,7 +9,7 @@ QUEVAR_INLINE_BEGIN
 
 namespace frame {
 
-// Lanes of the halves side by side; of 64-bit lanes, which are masks, the words with the sign.
+// 32-bit lanes as they are. 64-bit lanes are masks here: of them the words with the sign.
 template <class T, int N, int L> auto narrow(vec<T, N, L> x) {
     if constexpr (sizeof(T) == 4) return x;
     else return high_words(x);
@@ -22,14 +22,20 @@ template <class T> vec<T, 8> join(vec<T, 4> a, vec<T, 4> b) {
 }
 inline none join(none, none) { return {}; }
 
+// Floats as doubles, integers as they are.
+template <class T, int N, int L> auto widen(vec<T, N, L> x) {
+    if constexpr (std::is_integral_v<T>) return x;
+    else return convert<f64>(x);
+}
+
 } // namespace frame
 
-// Calls f with the lanes of floats x... as doubles, at width 8 once for each half. f gives floats, or an
-// outcome of floats whose mask may have the lanes of either size.
+// Calls f with floats widened to doubles, and integers as they are; eight lanes go in two halves. f gives
+// floats, or an outcome of floats whose mask has 32-bit or 64-bit lanes.
 template <class F, int N, int L, class... X> auto in_double(F f, vec<f32, N, L> x, X... more) {
     using namespace frame;
     const auto call = [&](auto... half) {
-        const auto o = as_outcome(f(convert<f64>(half)...));
+        const auto o = as_outcome(f(widen(half)...));
         return outcome{narrow(o.first), narrow(o.second), narrow(o.special)};
     };
     const auto unwrap = [](auto o) {
@@ -38,8 +44,8 @@ template <class F, int N, int L, class... X> auto in_double(F f, vec<f32, N, L> 
         else return o;
     };
     if constexpr (N == 8) {
-        const auto half = []<int First>(auto v, std::integral_constant<int, First>) {
-            return vec<f32, 4>{__builtin_shufflevector(v.v, v.v, First, First + 1, First + 2, First + 3)};
+        const auto half = []<class T, int First>(vec<T, 8> v, std::integral_constant<int, First>) {
+            return vec<T, 4>{__builtin_shufflevector(v.v, v.v, First, First + 1, First + 2, First + 3)};
         };
         constexpr std::integral_constant<int, 0> lower;
         constexpr std::integral_constant<int, 4> upper;

@@ -7,6 +7,10 @@
 //                         or flagged(result..., special) with the mask of the lanes that it leaves to the others.
 //     settle(x..., r...)  optional; run only if some lane is special: a vector fix-up or stage. Takes main's results
 //                         and gives flagged(results..., the lanes that remain).
+//     prepare(x)          optional: a first half of settle, which then takes what this gives as a last argument. Wide
+//                         members run the halves of two parts side by side, as each waits on its own steps.
+//     settles_alone       optional: the results that settle gives in special lanes do not depend on main's, which is
+//                         left out where all lanes are special.
 //     rare(x..., r...)    pointers to one lane of each argument and result; called for each lane that remains. It may
 //                         leave a result alone.
 //     in_turn             optional, true: the ordinary path of wide members computes one part after another, because
@@ -14,6 +18,8 @@
 //                         `read_for`.
 //     in_turn_after_mask  optional, 2 or 4: the same for members of so many parts or more, once the mask of all parts is
 //                         tested. For families whose mask takes few steps.
+//     in_order_in_memory  optional, true: members whose values lie in memory begin a part when the mask of the part before
+//                         is complete. It saves vector registers and takes integer ones.
 //     bytes               optional: size of the widest element that main works on, where neither argument nor result
 //                         is as wide.
 #pragma once
@@ -44,6 +50,10 @@ template <class A, class M> outcome<A, none, M> flagged(A value, M special) { re
 template <class A, class B, class M> outcome<A, B, M> flagged(A first, B second, M special) {
     return {first, second, special};
 }
+
+// The mask of a main path that leaves every lane to settle and rare. The ordinary path of such a member is a
+// jump.
+template <class V> typename V::mask all_lanes(V) { return ~typename V::mask{}; }
 
 namespace frame {
 
@@ -106,7 +116,8 @@ template <int W, class V, int P> auto single(parts<V, P> r) {
     else return concat(concat(r.part[0].v, r.part[1].v), concat(r.part[2].v, r.part[3].v));
 }
 
-// Each vector of a pair has a register of its own: the low lanes of one 256-bit half of the result.
+// Each vector of a pair is returned in a register of its own, as the low lanes of one 256-bit half of the
+// result.
 template <int W, class V, int P> auto pair(parts<V, P> a, parts<V, P> b) {
     using T = typename V::element;
     static_assert(P <= 2 && sizeof(typename V::raw) >= 16, "no pair of this form goes in registers");
@@ -183,7 +194,8 @@ template <int P, bool Together = false, class Step, class... X> auto over_parts(
     return out;
 }
 
-// The same, one part complete before the next begins; the special mask as bits, which take no vector register.
+// The same, one part complete before the next begins; the special mask as bits, which take no vector
+// register.
 template <int P, class Step, class... X> auto over_parts_in_turn(Step step, parts<X, P>... x) {
     using Out = decltype(outcome_parts<P>(as_outcome(step(x.part[0]...))));
     outcome<decltype(Out::first), decltype(Out::second), unsigned> out{};
@@ -208,8 +220,8 @@ template <class M, int P> unsigned joined_mask(const parts<M, P> &special) {
     for_each_part<P>([&](auto p) { mask |= sign_bits(special.part[p]) << p * M::lanes; });
     return mask;
 }
-// Whether a lane is special. Apart: by each part's own bits, for where the registers are needed for other
-// things than to join masks there, as the compiler would if it knew what they are.
+// Whether a lane is special. Apart: each part's mask becomes bits before they are joined, which takes no
+// vector registers. The compiler would join the masks first if it recognised them.
 template <bool Apart, class M, int P> bool any_special(parts<M, P> special) {
     if constexpr (Apart) {
         for (M &m : special.part) m = unrecognised(m);
@@ -222,6 +234,7 @@ template <bool Apart, class M, int P> bool any_special(parts<M, P> special) {
 }
 template <bool, int P> bool any_special(const parts<none, P> &) { return false; }
 template <bool> bool any_special(unsigned mask) { return mask != 0; }
+template <class M> bool all_set(M special) { return sign_bits(special) == (1u << M::live) - 1; }
 
 // ---- Special lanes ----
 
@@ -277,14 +290,109 @@ template <class F, class Row, int W> struct member {
     template <class... V> static auto main(const parts<V, P> &...x) {
         return over_parts<P, after_mask>([](auto... v) { return F::main(v...); }, x...);
     }
-    // main, then settle and the lane loop.
+
+    template <class... V> static constexpr bool has_prepare = requires(V... x) { F::prepare(x...); };
+    template <class... V> static auto prepare(V... x) {
+        if constexpr (has_prepare<V...>) return F::prepare(x...);
+        else return none{};
+    }
+    template <class... V>
+    static constexpr bool has_settle = [] {
+        using Out = decltype(as_outcome(F::main(std::declval<V>()...)));
+        if constexpr (has_prepare<V...>) return true;
+        else if constexpr (std::is_same_v<decltype(Out::second), none>) return requires(V... x, Out o) {
+                F::settle(x..., o.first);
+            };
+        else return requires(V... x, Out o) {
+                F::settle(x..., o.first, o.second);
+            };
+    }();
+    // settle with those of its arguments that it takes.
+    template <class Out, class Prepared, class... V>
+    static Out settle(const Out &out, const Prepared &prepared, V... x) {
+        constexpr bool one = std::is_same_v<decltype(out.second), none>;
+        if constexpr (one && has_prepare<V...>) return F::settle(x..., out.first, prepared);
+        else if constexpr (one) return F::settle(x..., out.first);
+        else if constexpr (has_prepare<V...>) return F::settle(x..., out.first, out.second, prepared);
+        else return F::settle(x..., out.first, out.second);
+    }
+
+    // What main gave is dropped, and so not computed, if all lanes are special and settle does not need it.
+    template <class... Out> static void keep_if_needed(Out &...out) {
+        if constexpr (requires { F::settles_alone; }) {
+            const bool all = (int(all_set(out.special)) & ...);
+            const auto keep = [all](auto &o) {
+                const auto main = o;
+                o.first.v = {};
+                if constexpr (!std::is_same_v<decltype(o.second), none>) o.second.v = {};
+                if (!all) {
+                    o.first = unrecognised(main.first);
+                    if constexpr (!std::is_same_v<decltype(o.second), none>)
+                        o.second = unrecognised(main.second);
+                }
+            };
+            (keep(out), ...);
+        }
+    }
+    // Keeps the steps of settle behind those of main: mixed, they would not fit the registers.
+    template <class X, class Out> static void begin_after_main(X &x, const Out &out) {
+        begin_after(x, out.first);
+        if constexpr (!std::is_same_v<decltype(out.second), none>) begin_after(x, out.second);
+    }
+    // main and settle for one part; of several parts only for those that need a settle.
+    template <class... V> static auto main_and_settle(V... x) {
+        auto out = as_outcome(F::main(x...));
+        if constexpr (P > 1)
+            if (!sign_bits(out.special)) return out;
+        keep_if_needed(out);
+        if constexpr (has_prepare<V...>) (begin_after_main(x, out), ...);
+        return settle(out, prepare(x...), x...);
+    }
+    template <class... V> [[gnu::noinline]] static auto main_and_settle_apart(V... x) {
+        return main_and_settle(x...);
+    }
+    // The same for two parts.
+    template <class V> [[gnu::noinline]] static auto main_and_settle_two(V x, V y) {
+        auto a = as_outcome(F::main(x)), b = as_outcome(F::main(y));
+        if (!sign_bits(a.special) || !sign_bits(b.special)) {
+            a = main_and_settle_apart(x), b = main_and_settle_apart(y);
+        } else {
+            keep_if_needed(a, b);
+            begin_after_main(x, a), begin_after_main(x, b);
+            begin_after_main(y, a), begin_after_main(y, b);
+            const auto first = prepare(x);
+            const auto second = prepare(y);
+            a = settle(a, first, x), b = settle(b, second, y);
+        }
+        return outcome<parts<decltype(a.first), 2>, parts<decltype(a.second), 2>,
+                       parts<decltype(a.special), 2>>{
+            {{a.first, b.first}}, {{a.second, b.second}}, {{a.special, b.special}}};
+    }
+    template <class... V> static auto settled(const parts<V, P> &...x) {
+        if constexpr (P == 1) {
+            return over_parts<1>([](auto... v) { return main_and_settle(v...); }, x...);
+        } else if constexpr (has_prepare<V...>) {
+            decltype(main(x...)) out;
+            for_each_part<P / 2>([&](auto p) {
+                const auto two = main_and_settle_two(x.part[2 * p]..., x.part[2 * p + 1]...);
+                for_each_part<2>([&](auto i) {
+                    out.first.part[2 * p + i] = two.first.part[i];
+                    out.second.part[2 * p + i] = two.second.part[i];
+                    out.special.part[2 * p + i] = two.special.part[i];
+                });
+            });
+            return out;
+        } else {
+            return over_parts<P>([](auto... v) { return main_and_settle_apart(v...); }, x...);
+        }
+    }
+    // main, settle and the lane loop.
     template <class... V> static auto all_paths(const parts<V, P> &...x) {
-        auto out = main(x...);
+        auto out = [&] {
+            if constexpr (has_settle<V...>) return settled(x...);
+            else return main(x...);
+        }();
         if constexpr (!is_none<decltype(out.special)>) {
-            if constexpr (requires { F::settle(x.part[0]..., out.first.part[0], out.second.part[0]); })
-                out = over_parts<P>([](auto... v) { return F::settle(v...); }, x..., out.first, out.second);
-            else if constexpr (requires { F::settle(x.part[0]..., out.first.part[0]); })
-                out = over_parts<P>([](auto... v) { return F::settle(v...); }, x..., out.first);
             if (const unsigned mask = joined_mask(out.special)) {
                 lane_array first(out.first);
                 lane_array second(out.second);
@@ -296,6 +404,16 @@ template <class F, class Row, int W> struct member {
             }
         }
         return out;
+    }
+    // The same without the lane loop, if there is a settle: that leaves few lanes, and the compiler needs no
+    // frame for lane arrays.
+    template <class... V> static auto all_but_loop(const parts<V, P> &...x) {
+        if constexpr (has_settle<V...>) {
+            return settled(x...);
+        } else {
+            const auto out = all_paths(x...);
+            return outcome{out.first, out.second, parts<none, P>{}};
+        }
     }
 
     // ---- In registers. raw: the parameters as they come, a pointer last ----
@@ -371,7 +489,14 @@ template <class F, class Row, int W> struct member {
             return single<W>(out.first);
         }
     }
+    // Where lanes remain for the loop after a settle, that starts over once more.
     template <class... Raw> [[gnu::noinline, gnu::cold]] static Result special(Raw... raw) {
+        const auto out = on_arguments([](const auto &...x) { return all_but_loop(x...); }, raw...);
+        if (frame::any_special<false>(out.special)) [[unlikely]]
+            [[clang::musttail]] return remaining(raw...);
+        return give(out, raw...);
+    }
+    template <class... Raw> [[gnu::noinline, gnu::cold]] static Result remaining(Raw... raw) {
         return give(on_arguments([](const auto &...x) { return all_paths(x...); }, raw...), raw...);
     }
 
@@ -382,17 +507,23 @@ template <class F, class Row, int W> struct member {
         return on_blocks(
             [r](Second *second, auto... x) {
                 using Part = working<Work::lanes, bytes>;
-                bool special = false;
+                unsigned special = 0; // as bits, which take no vector register from the next part
                 for_each_part<P>([&](auto p) {
                     constexpr int first = p * Work::lanes;
-                    const auto out = over_parts<1>([](auto... v) { return F::main(v...); },
-                                                   load<Work::lanes, Part>(x + first)...);
+                    const auto part = [&](auto lanes) {
+                        auto v = load<Work::lanes, Part>(lanes + first);
+                        if constexpr (p > 0 && requires { F::in_order_in_memory; })
+                            begin_after(v.part[0], special);
+                        return v;
+                    };
+                    const auto out = over_parts<1>([](auto... v) { return F::main(v...); }, part(x)...);
                     store<Work::lanes>(r + first, out.first);
                     if constexpr (Row::pair) store<Work::lanes>(r + W + first, out.second);
                     else store<Work::lanes>(second + first, out.second);
-                    special |= frame::any_special<true>(out.special);
+                    if constexpr (!is_none<decltype(out.special)>)
+                        special |= frame::any_special<true>(out.special);
                 });
-                return special;
+                return special != 0;
             },
             block...);
     }
@@ -403,7 +534,8 @@ template <class F, class Row, int W> struct member {
                 store<W>(r, out.first);
                 if constexpr (Row::pair) store<W>(r + W, out.second);
                 else store<W>(second, out.second);
-                // If the compiler knew what comes back it would return that itself, after a call, instead of jumping.
+                // If the compiler knew what comes back it would return that itself, after a call, instead of
+                // jumping.
                 return unrecognised(r);
             },
             block...);
@@ -447,8 +579,9 @@ QUEVAR_INLINE_END
 
 // Defines the six members of a family: QUEVAR_EXPORT(exp, f, _native, unary, f32, f32, void, Family).
 //
-// A member computes the main path and returns. Where a lane is special it jumps to a function of its own with the
-// same parameters, which starts over: they still lie where the caller put them, and the ordinary path needs no frame.
+// A member computes the main path and returns. Where a lane is special it jumps to a function of its own with
+// the same parameters, which starts over: they still lie where the caller put them, and the ordinary path
+// needs no frame.
 //
 // A result pointer is passed on with a type that promises more alignment than there is; nothing counts on it.
 #pragma clang diagnostic ignored "-Walign-mismatch"
@@ -470,8 +603,8 @@ QUEVAR_INLINE_END
         return m::give_ordinary(out, QUEVAR_ARGUMENT_NAMES(QUEVAR_NAMES, W, shape, A, P));                   \
     }
 
-// A result in memory is declared as what it is to the processor, a block whose address comes and goes. musttail is
-// not for blocks passed by value: Clang 14 copies them over the return address.
+// A result in memory is declared as what it is to the processor, a block whose address comes and goes.
+// musttail is not for blocks passed by value: Clang 14 copies them over the return address.
 #define QUEVAR_DEFINE_MEMORY(W, shape, A, R, P, base, mark, tier, ...)                                       \
     [[gnu::visibility("default")]] quevar_##R *memory_##base##mark##W##tier(                                 \
         quevar_##R *r, QUEVAR_VECTORS(shape, QUEVAR_PARAMETER_MEMORY, A, W)                                  \

@@ -7,7 +7,7 @@
 namespace quevar {
 QUEVAR_INLINE_BEGIN
 
-// A parameter that the first argument's type decides, so that a slot may stand there.
+// For parameters whose type another argument decides, so that a slot is converted to it.
 template <class V> using same = std::type_identity_t<V>;
 
 // Two 32-bit lanes do not fill a register: the operations below run on them doubled.
@@ -21,8 +21,8 @@ template <class T, int N, int L> vec<T, 2, L> lower_two(vec<T, N, L> x) {
 
 // ---- Rounding, square root, minimum, maximum ----
 
-// The modes of the round instruction. `current` follows the caller's mode, `nearby` too, without the inexact
-// flag.
+// The modes of the round instruction. `current` follows the caller's mode; so does `nearby`, which does not
+// raise the inexact flag.
 enum rounding_mode { to_nearest = 0, downward = 1, upward = 2, toward_zero = 3, current = 4, nearby = 12 };
 
 template <rounding_mode M, class T, int N, int L> vec<T, N, L> round(vec<T, N, L> x) {
@@ -43,15 +43,17 @@ template <class T, int N, int L> vec<T, N, L> sqrt(vec<T, N, L> x) {
     else return {_mm_sqrt_pd(x.v)};
 }
 
-// The processor's minimum and maximum: b where either is NaN or both are zero.
+// The processor's minimum and maximum: b where either is NaN or both are zero. Of integers too.
 template <class T, int N, int L> vec<T, N, L> min(vec<T, N, L> a, same<vec<T, N, L>> b) {
-    if constexpr (N == 8) return {_mm256_min_ps(a.v, b.v)};
+    if constexpr (std::is_integral_v<T>) return select(a < b, a, b);
+    else if constexpr (N == 8) return {_mm256_min_ps(a.v, b.v)};
     else if constexpr (N == 4 && sizeof(T) == 4) return {_mm_min_ps(a.v, b.v)};
     else if constexpr (N == 4) return {_mm256_min_pd(a.v, b.v)};
     else return {_mm_min_pd(a.v, b.v)};
 }
 template <class T, int N, int L> vec<T, N, L> max(vec<T, N, L> a, same<vec<T, N, L>> b) {
-    if constexpr (N == 8) return {_mm256_max_ps(a.v, b.v)};
+    if constexpr (std::is_integral_v<T>) return select(a > b, a, b);
+    else if constexpr (N == 8) return {_mm256_max_ps(a.v, b.v)};
     else if constexpr (N == 4 && sizeof(T) == 4) return {_mm_max_ps(a.v, b.v)};
     else if constexpr (N == 4) return {_mm256_max_pd(a.v, b.v)};
     else return {_mm_max_pd(a.v, b.v)};
@@ -100,6 +102,16 @@ template <int N, int L> vec<i32, N, L> truncated_to_i32(vec<f64, N, L> x) {
     else return lower_two(vec<i32, 4, L>{(typename vec<i32, 4>::raw)_mm_cvttpd_epi32(x.v)});
 }
 
+// a where the selector's sign bit is set, else b: its other bits do not count.
+template <class T, int N, int L>
+vec<T, N, L> select_by_sign(vec<signed_bits<T>, N, L> selector, vec<T, N, L> a, same<vec<T, N, L>> b) {
+    const auto s = as_float(selector);
+    if constexpr (N == 8) return {_mm256_blendv_ps(b.v, a.v, s.v)};
+    else if constexpr (N == 4 && sizeof(T) == 4) return {_mm_blendv_ps(b.v, a.v, s.v)};
+    else if constexpr (N == 4) return {_mm256_blendv_pd(b.v, a.v, s.v)};
+    else return {_mm_blendv_pd(b.v, a.v, s.v)};
+}
+
 // -x where m is set, of integers.
 template <class T, int N, int L> vec<T, N, L> negate_where(vec<signed_bits<T>, N, L> m, vec<T, N, L> x) {
     const vec<T, N, L> all_ones{(typename vec<T, N>::raw)m.v};
@@ -117,23 +129,38 @@ template <class T, int N, int L> vec<i32, N, L> high_words(vec<T, N, L> x) {
     else return {__builtin_shufflevector(w, w, 1, 3)};
 }
 
-// The 32-bit words of all lanes where they stand, which costs nothing, and lanes of given words.
+// 64-bit lanes seen as twice as many 32-bit lanes, and the reverse. Neither is an instruction.
 template <class T, int N, int L> auto words(vec<T, N, L> x) {
     using W = vec<i32, N *(int)sizeof(T) / 4, L *(int)sizeof(T) / 4>;
     return W{(typename W::raw)x.v};
 }
 template <class V, class W> V from_words(W x) { return {(typename V::raw)x.v}; }
 
-// A mask for `special` alone: its sign bit tells whether the high word of a is greater than that of b, as
-// signed integers. The words are compared in place, which costs nothing; comparing 64-bit lanes does.
-// A 32-bit lane is its own high word.
+// Whether the high word of a is greater than that of b, as signed integers; a 32-bit lane is its own high
+// word. Only the sign bits of this mask are meaningful, which is enough where it is returned as `special`:
+// the words are compared where they stand, in one instruction that is faster than the comparison of 64-bit
+// lanes.
 template <class T, int N, int L>
 vec<signed_bits<T>, N, L> high_word_greater(vec<T, N, L> a, same<vec<T, N, L>> b) {
     return from_words<vec<signed_bits<T>, N, L>>(words(a) > words(b));
 }
-// a - b by words, for range tests on the high words.
+// a - b with no borrow from the high to the low word, for range tests on the high words.
 template <class T, int N, int L> vec<T, N, L> subtract_words(vec<T, N, L> a, same<vec<T, N, L>> b) {
     return from_words<vec<T, N, L>>(words(a) - words(b));
+}
+
+// The products of the low words of 64-bit lanes.
+template <int N, int L> vec<u64, N, L> multiply_low_words(vec<u64, N, L> a, same<vec<u64, N, L>> b) {
+    using R = typename vec<u64, N>::raw;
+    if constexpr (N == 4) return {(R)_mm256_mul_epu32((__m256i)a.v, (__m256i)b.v)};
+    else return {(R)_mm_mul_epu32((__m128i)a.v, (__m128i)b.v)};
+}
+
+// The products of the low halves of 32-bit lanes, as signed numbers. The upper half of a or b is 0.
+template <class T, int N, int L> vec<T, N, L> multiply_low_halves(vec<T, N, L> a, same<vec<T, N, L>> b) {
+    using R = typename vec<T, N>::raw;
+    if constexpr (N == 8) return {(R)_mm256_madd_epi16((__m256i)a.v, (__m256i)b.v)};
+    else return {(R)_mm_madd_epi16((__m128i)a.v, (__m128i)b.v)};
 }
 
 // The upper words of the products of 32-bit lanes.
@@ -174,8 +201,8 @@ template <class T, int N, int L> vec<T, N, L> shift_left(vec<T, N, L> x, same<ve
 QUEVAR_IN_ORDER(add_in_order, "add")
 QUEVAR_IN_ORDER(multiply_in_order, "mul")
 
-// a b + c with one rounding; of several NaN operands the first, which each form of the instruction takes from
-// another place.
+// a b + c with one rounding; of several NaN operands the first. The form of the instruction is named because
+// each form puts its operands in another order.
 template <class T, int N, int L> vec<T, N, L> fma_in_order(vec<T, N, L> a, vec<T, N, L> b, vec<T, N, L> c) {
     if constexpr (L == 1) {
         T r = a.v[0];

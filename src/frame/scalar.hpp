@@ -22,6 +22,7 @@ template <> struct format<f64> {
 template <class T> int exponent_field(T x) {
     return (int)(as_uint(x) >> format<T>::digits) & format<T>::field_max;
 }
+template <scalar T> bool infinite_or_nan(T x) { return exponent_field(x) == format<T>::field_max; }
 template <class T> bool is_nan(T x) { return (as_uint(x) & ~format<T>::sign) > format<T>::exponent; }
 
 // x with a signalling NaN made quiet, as the processor's x * 1.0 gives it.
@@ -31,7 +32,7 @@ template <class T> T quiet(T x) { return x * at_run_time(T(1)); }
 template <class T> T horner(T, T c0) { return c0; }
 template <class T, class... C> T horner(T x, T c0, T c1, C... c) { return horner(x, c0 * x + c1, c...); }
 
-// 2^k, for k that leave the exponent field of a normal number; else meaningless.
+// 2^k where that is a normal number; meaningless for other k.
 template <class T = f64> T two_to(int k) {
     return as_float((unsigned_bits<T>)((k + format<T>::bias) & format<T>::field_max) << format<T>::digits);
 }

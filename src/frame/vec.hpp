@@ -38,7 +38,8 @@ template <scalar T> auto as_int(T x) { return __builtin_bit_cast(signed_bits<T>,
 template <scalar T> auto as_uint(T x) { return __builtin_bit_cast(unsigned_bits<T>, x); }
 template <scalar T> auto as_float(T x) { return __builtin_bit_cast(float_of<T>, x); }
 
-// A number given by its pattern: 0x3F800000_f32 is 1. Not consteval, which Clang 14 calls at run time in templates.
+// A number given by its pattern: 0x3F800000_f32 is 1. Not consteval, which Clang 14 calls at run time in
+// templates.
 constexpr f32 operator""_f32(unsigned long long pattern) { return __builtin_bit_cast(f32, (u32)pattern); }
 constexpr f64 operator""_f64(unsigned long long pattern) { return __builtin_bit_cast(f64, (u64)pattern); }
 
