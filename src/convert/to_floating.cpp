@@ -1,6 +1,6 @@
-// To floating point under a rounding mode: from integers, and from double to float. Nothing but the default
-// rounding to nearest is counted on; the directed modes move its result to the neighbour where it lies on the
-// wrong side.
+// To floating point under a rounding mode: from integers, and from double to float. The processor rounds to
+// nearest; a directed mode then moves the result to its neighbour if it lies on the wrong side of the exact
+// value.
 #include "frame/frame.hpp"
 
 namespace quevar::to_floating {
@@ -15,8 +15,8 @@ template <rounding_mode M, class I> auto step(I r, I wrong, I negative) {
 
 // ---- From integers ----
 
-// An integer is cut into pieces of as many bits as a significand has, and each becomes a number by way of
-// its place in the significand of a power of two.
+// An integer is cut into pieces of as many bits as a significand holds. A piece becomes a number when it is
+// put in the significand of a power of two, and the power subtracted.
 struct F32Constants {
     slot<u32> piece{0x007FFFFF};
     slot<f32> scale_0{0x4B000000}; // 2^23: unit 1
@@ -47,12 +47,12 @@ template <class T, int N, int L> auto scaled(vec<T, N, L> piece, const slot<floa
 }
 
 template <class F> struct Sum {
-    F value, error; // error: exact, what is lost of the sum
+    F value, error; // value + error is the sum, exactly
 
     Sum(F small, F large) : value(small + large), error(small + (large - value)) {}
 };
 
-// A magnitude, its sum rounded to nearest.
+// The result whose magnitude is sum + error, of which sum was rounded to nearest.
 template <rounding_mode M, class F> F rounded(F sum, F error, typename F::mask negative) {
     const auto sign = negative & constants<typename F::element>().sign;
     const auto r = as_int(sum) | sign;
@@ -77,8 +77,9 @@ template <rounding_mode M, class U, class I> auto three_pieces(U x, I negative) 
     const auto f2 = scaled(words(x >> 46), k.scale_2);
     if constexpr (M == to_nearest) {
         const Sum upper(f1, f2);
-        // Of a tie, which went to the even neighbour below, f0 makes more than a tie if it is not 0; it is at
-        // least 1 then, and half_place, as the pattern of a number, lies between.
+        // If f1 + f2 was a tie and went down to the even neighbour, f0 > 0 makes it more than a tie: the
+        // neighbour above, whose last bit is 1, is right. f0 is 0 or at least 1; half_place serves as a
+        // pattern in between.
         const auto half = (as_int(upper.value) & k.exponent) - k.half_place;
         const auto beyond = (as_int(upper.error) == half) & (as_int(f0) > k.half_place);
         const auto odd = as_int(upper.value) | as_int(as_uint(beyond) >> 31);

@@ -36,8 +36,8 @@ template <class V> const auto &constants_of(V) {
 }
 template <class V> V magnitude_of(V x) { return as_float(as_int(x) & constants_of(x).magnitude); }
 
-// Below, r is whole. Saturation has made NaN 0 and, for unsigned targets, what is negative; without it they
-// are given |r|.
+// Below, r is a whole number. With saturation NaN is already 0, and so is what is negative if the target is
+// unsigned. Without saturation unsigned targets are given |r|.
 
 template <bool Saturate, class V> auto to(V r, i32) {
     if constexpr (!Saturate) return to_i32(r);
@@ -48,7 +48,8 @@ template <bool Saturate, class V> auto to(V r, i32) {
 
 template <bool Saturate, int N, int L> auto to(vec<f32, N, L> r, u32) {
     const auto &k = f32_constants;
-    // From 2^31 up the significand is the integer, and its leading bit is what the conversion gives.
+    // From 2^31 to 2^32 the significand, 8 bits further up, is the integer without its leading bit; that bit,
+    // 0x80000000, is what the conversion gives for numbers out of its range.
     const auto upper = (as_int(r) & k.exponent) == k.exponent_31;
     const auto n = to_i32(r) | keep(upper, as_int(r) << 8);
     if constexpr (Saturate) return as_uint(n | (r >= k.two_32));

@@ -1,5 +1,5 @@
-// ldexp, frexp, ilogb, logb: the exponent field taken, replaced and added to. Zero, denormal, infinite and
-// NaN arguments are rare, and denormal or infinite results.
+// ldexp, frexp, ilogb, logb: steps on the exponent field. Zero, denormal, infinite and NaN arguments take the
+// rare path, and so do denormal and infinite results.
 #include "frame/frame.hpp"
 
 namespace quevar::exponent {
@@ -10,11 +10,10 @@ template <class T> constexpr int lift = sizeof(T) == 4 ? 25 : 55;
 template <class T> T with_exponent_field(T x, int field) {
     return as_float((as_uint(x) & ~format<T>::exponent) | (unsigned_bits<T>)field << format<T>::digits);
 }
-// a a with the sign of x, multiplied at run time: it overflows or underflows.
+// a a with the sign of x, which overflows or underflows as the caller's rounding mode has it.
 template <class T> T signed_square(T a, T x) {
     return multiply_in_order(as_float(as_uint(a) | (as_uint(x) & format<T>::sign)), a);
 }
-template <class T> bool infinite_or_nan(T x) { return exponent_field(x) == format<T>::field_max; }
 
 template <class T> struct Constants {
     using I = signed_bits<T>;
@@ -39,8 +38,8 @@ template <const auto &k, class V> auto not_normal(V x) {
 }
 
 template <const auto &k> struct Ldexp {
-    // The fields of x and of the result are within 1 ... last_field unless one of four differences is
-    // negative. A sum that wraps is negative or comes from a field that is flagged itself.
+    // Lanes are ordinary if the exponent fields of x and of the result are from 1 to last_field: then none of
+    // four differences is negative. If the sum wraps, one of them is.
     template <class V, class I> static auto main(V x, I n) {
         using T = typename V::element;
         const auto by = convert<signed_bits<T>>(n);

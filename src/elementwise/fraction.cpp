@@ -1,5 +1,5 @@
-// modf: integral part toward zero, and the rest with the sign of x. fract: the same toward -infinity, and the
-// rest below 1.
+// modf: the integral part, rounded toward zero, and the fraction with the sign of x. fract: the floor, and
+// the fraction above it, which is below 1.
 #include "frame/frame.hpp"
 
 namespace quevar::fraction {
@@ -15,7 +15,8 @@ QUEVAR_CONSTANTS(Constants<f64>, double_constants){.below_one{0x3FEFFFFFFFFFFFFF
 template <class T> T zero_with_sign_of(T x) { return as_float(as_uint(x) & format<T>::sign); }
 
 template <const auto &k> struct Modf {
-    // The difference is NaN for infinities, and for NaN, which comes out right.
+    // The difference is NaN if x is infinite or NaN. Those lanes are special, as infinities have the fraction
+    // 0.
     template <class V> static auto main(V x) {
         const V i = quevar::round<toward_zero>(x);
         const V d = x - i;

@@ -9,8 +9,8 @@ QUEVAR_CONSTANTS(Constants<f32>, float_constants){};
 QUEVAR_CONSTANTS(Constants<f64>, double_constants){};
 
 template <const auto &k> struct Nextafter {
-    // A step of the pattern: down where the signs differ or y has the smaller magnitude. Only from zero,
-    // which has two patterns, does it lead astray.
+    // The neighbour's pattern is that of x plus 1, or less 1 where the signs differ or y has the smaller
+    // magnitude. Zero, which has two patterns, is special.
     template <class V> static auto main(V x, V y) {
         const auto a = as_int(x), b = as_int(y);
         const auto down = (decltype(a){} > (a ^ b)) | (a > b);

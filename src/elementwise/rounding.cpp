@@ -16,7 +16,7 @@ QUEVAR_CONSTANTS(Constants<f32>, roundf_constants){.half{0x3F000000}, .one{0x3F8
 QUEVAR_CONSTANTS(Constants<f64>, round_constants){.half{0x3FE0000000000000}, .one{0x3FF0000000000000}};
 
 template <const auto &k> struct Round {
-    // To the even neighbour, and one up where x stood half above it.
+    // |x| rounded to nearest with ties to even, and one more where |x| was half above that.
     template <class V> static auto main(V x) {
         const V sign = x & k.sign, a = x ^ sign;
         const V r = quevar::round<to_nearest>(a), one = k.one;

@@ -20,7 +20,7 @@ template <class T> struct Constants { slot<T> magnitude{~format<T>::sign}; };
 QUEVAR_CONSTANTS(Constants<f32>, float_constants){};
 QUEVAR_CONSTANTS(Constants<f64>, double_constants){};
 
-// By magnitude. Of two alike the positive one is the larger; of two zeros x is either.
+// Of equal magnitudes the positive number is the larger. Of two zeros x is the larger, and the smaller.
 template <const auto &k> struct Maxmag : NumberBeforeNan {
     template <class V> static auto main(V x, V y) {
         const V a = x & k.magnitude, b = y & k.magnitude;

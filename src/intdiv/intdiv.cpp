@@ -12,8 +12,8 @@ struct Constants {
 };
 QUEVAR_CONSTANTS(Constants, constants){};
 
-// x/y with a relative error between 0 and 2^-41, whose sign is the work of above_two: no whole quotient falls
-// short, and as |x| is at most 2^32 no other reaches the next whole number.
+// x/y with a relative error in [0, 2^-41], never negative because of above_two. Exact quotients never fall
+// short; others never reach the next integer, as |x| is at most 2^32.
 template <class V> V divide(V x, V y) {
     const auto &k = constants;
     const V r0 = convert<f64>(reciprocal_estimate(convert<f32>(y)));
@@ -28,6 +28,7 @@ template <int L> auto quotient(vec<i32, 4, L> x, vec<i32, 4, L> y) {
 template <int L> auto quotient(vec<u32, 4, L> x, vec<u32, 4, L> y) {
     using D = vec<f64, 4, L>;
     const D shifter = constants.shifter;
+    // n stands in the low bits of the shifter's significand.
     const auto to_double = [shifter](auto n) {
         return as_float(as_int(convert<u64>(n)) | as_int(shifter)) - shifter;
     };
