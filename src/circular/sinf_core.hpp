@@ -3,13 +3,13 @@
 
 #include "reductionf.hpp"
 
-namespace quevar::circular {
+namespace quevar::circularf {
 QUEVAR_INLINE_BEGIN
 
 struct SineConstants {
     slot<f32> magnitude{0x7FFFFFFF};
     slot<f32> sign{0x80000000};
-    slot<f32> large{0x461C4000};       // 10000: beyond it the large path
+    slot<f32> large{0x461C4000};       // 10000: beyond it settle reduces x
     slot<f32> pi1{0x40490FDB};         // 3.14159274
     slot<f32> pi2{0xB3BBBD2E};         // -8.74227766e-08
     slot<f32> pi3{0xA7772CED};         // -3.43024902e-15
@@ -21,10 +21,10 @@ struct SineConstants {
 };
 QUEVAR_CONSTANTS(SineConstants, sine_constants){};
 
-// ---- Short path: sin r = first(r) + r r^2 rest(r^2) with r = x - n pi ----
+// ---- Up to the limit: sin r = first(r) + r r^2 rest(r^2) with r = x - n pi ----
 
 template <class V> V magnitude(V x) { return x & sine_constants.magnitude; }
-// The sign bit where the integer in the low bits is odd.
+// The sign bit, set where the integer in the low bits of shifted is odd.
 template <class V> V odd_sign(V shifted) { return as_float(as_int(shifted) << 31); }
 
 // a - n pi, pi in two or three pieces.
@@ -35,7 +35,7 @@ template <int Pieces, class V> V subtract_half_turns(V a, V n) {
     else return fnma(n, k.pi3, r);
 }
 
-struct LongPolynomial {
+struct Degree9 {
     static constexpr int pieces = 3;
     slot<f32> p1, p2, p3, p4;
 
@@ -46,7 +46,7 @@ struct LongPolynomial {
     }
 };
 
-struct ShortPolynomial {
+struct Degree5 {
     static constexpr int pieces = 2;
     slot<f32> p0, p1, p2;
 
@@ -54,49 +54,52 @@ struct ShortPolynomial {
     template <class V> V rest(V z) const { return fma(z, p2, p1); }
 };
 
-// ---- Large path: a row of the sine table for j/256 of a turn, and short polynomials for what is left ----
+// ---- Beyond the limit: sine and cosine of j/256 of a turn from a table, and polynomials for what is left ----
 
-using SineRows = table<f32, 4, 256>;
+// The rows go through five quarters of a turn: the cosine's row stands a quarter of a turn after the sine's.
+using SineRows = table<f32, 4, 320>;
 QUEVAR_CONSTANTS(SineRows, sine_rows) = {{
 #include "tables/sinf_rows.inc"
 }};
+constexpr int quarter_turn = 64;
 
 struct LargeConstants {
     slot<f32> a1{0xBE2AAAAB}; // -0.166666672
     slot<f32> a2{0x3C08885C}; // 0.00833329186
     slot<f32> b1{0xBF000000}; // -0.5
     slot<f32> b2{0x3D2AAA7C}; // 0.0416664928
-    slot<i32> index{0xFF};
-    slot<i32> quarter{0x40};
 };
 QUEVAR_CONSTANTS(LargeConstants, large_constants){};
 
-// The reduced argument with sin r - r and cos r - 1.
+// sin r - r ~ r (a1 r^2 + a2 r^4) for |r| <= pi/256: error 2^-46.6.
+// cos r - 1 ~ b1 r^2 + b2 r^4 for |r| <= pi/256: error 2^-50.1.
 template <class V> struct Large {
-    typename V::mask turn;
-    V r, low, sine, cosine;
+    const Reduced<V> &reduced;
+    V sin_minus_r, cos_minus_1;
 
-    // The sine is high + error + rest + slope * sine, which the families add up in different orders.
+    // The sine of the row's angle plus r + low is high + error + rest + slope sin_minus_r, which the families
+    // add up in different orders. high is the row's sine plus slope r, and error what its rounding lost.
     struct Sum {
         V high, error, rest, slope;
     };
 
-    explicit Large(V x) {
+    explicit Large(const Reduced<V> &reduced) : reduced(reduced) {
         const auto &k = large_constants;
-        const Reduced<V> reduced = reduce(x);
-        turn = reduced.turn, r = reduced.r, low = reduced.low;
-        const V z = r * r;
-        sine = r * (z * fma(z, k.a2, k.a1));
-        cosine = z * fma(z, k.b2, k.b1);
+        const V r = reduced.r, z = r * r;
+        sin_minus_r = r * (z * fma(z, k.a2, k.a1));
+        cos_minus_1 = z * fma(z, k.b2, k.b1);
     }
 
-    Sum at(typename V::mask row) const {
-        const auto [cos_low, sin_high, sin_low, cos_high] = fetch(sine_rows, row & large_constants.index);
+    // The sum for an angle that is greater by so many rows.
+    template <int Further> Sum at() const {
+        const auto [cos_low, sin_high, sin_low, cos_high] =
+            fetch<-Further>(sine_rows, reduced.turn, [](auto bits) { return bits & 255; });
+        const V r = reduced.r, low = reduced.low;
         const V u = fma(cos_high, r, sin_high);
         const V high = fma(r, cos_low, u);
         const V error = fma(cos_high, r, sin_high - u) + fma(r, cos_low, u - high);
         const V slope = fnma(sin_high, r, cos_low + cos_high);
-        return {high, error, fma(sin_high, cosine, fma(slope, low, sin_low)), slope};
+        return {high, error, fma(sin_high, cos_minus_1, fma(slope, low, sin_low)), slope};
     }
 };
 
@@ -104,24 +107,24 @@ template <class V> auto beyond_limit(V x) { return ~(magnitude(x) <= sine_consta
 template <class V> auto infinite_or_nan(V x) {
     return (as_int(x) & reduction_constants.exponent) == reduction_constants.exponent;
 }
-// The processor's NaN for an infinity; a NaN itself, quieted.
+// Of an infinity the processor's NaN; of a NaN the same, made quiet.
 inline f32 invalid(f32 x) { return x - x; }
 
 // ---- sinf and cosf ----
 
-// sin(x + quarters * pi/2).
-template <class V> [[gnu::noinline]] V large_sine(V x, int quarters) {
-    const Large<V> large(x);
-    const auto s = large.at(large.turn + V::mask::splat(quarters * 64));
-    return s.high + (s.rest + fma(s.slope, large.sine, s.error));
-}
+// sin x, or cos x a quarter turn further.
+template <int Further> struct Special {
+    static constexpr bool settles_alone = true;
 
-template <int Quarters> struct LargeSine {
-    template <class V> static auto settle(V x, V r) {
-        return flagged(select(beyond_limit(x), large_sine(x, Quarters), r), infinite_or_nan(x));
+    template <class V> static auto prepare(V x) { return reduce<signed_argument>(x); }
+    template <class V> static auto settle(V x, V r, const Reduced<V> &reduced) {
+        const Large<V> large(reduced);
+        const auto s = large.template at<Further>();
+        const V sine = s.high + (s.rest + fma(s.slope, large.sin_minus_r, s.error));
+        return flagged(select(beyond_limit(x), sine, r), infinite_or_nan(x));
     }
     static void rare(const f32 *x, f32 *r) { *r = invalid(*x); }
 };
 
 QUEVAR_INLINE_END
-} // namespace quevar::circular
+} // namespace quevar::circularf

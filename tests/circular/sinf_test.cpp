@@ -1,7 +1,5 @@
 // sinf, cosf, sincosf, sincosregf at all tiers.
 #include "harness/lane.hpp"
-#include <algorithm>
-#include <cmath>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -9,10 +7,6 @@
 namespace {
 
 using namespace quevar::test;
-
-constexpr std::uint32_t limit = 0x461C4000; // 10000: beyond it the large path
-
-float value(std::uint64_t bits) { return std::bit_cast<float>(static_cast<std::uint32_t>(bits)); }
 
 // Every family that gives a sine, a cosine or both; a lane of it as {sine, cosine}.
 struct Circular {
@@ -43,18 +37,6 @@ void expect(const Circular &c, std::uint32_t x, Lane expected) {
         EXPECT_TRUE(l == e) << c.f.name(width) << " of " << to_string(Type::f32, x) << ": "
                             << to_string(Type::f32, l.first) << ", " << to_string(Type::f32, l.second);
     }
-}
-
-// All exponents, both sides of the limit, every row of the large path's table, and the neighbours of
-// multiples of pi/2, where a result shows the end of the reduction.
-std::vector<std::uint32_t> samples() {
-    std::vector<std::uint32_t> x;
-    for (std::uint32_t b = 1; b < 0x7F800000; b += 99991) x.push_back(b);
-    for (std::uint32_t b = limit - 200; b < limit + 200; b++) x.push_back(b);
-    for (float v = 1e5f; v < 1e5f + 8; v += 0x1p-7f) x.push_back(pattern(v));
-    for (float v = 0; v < 13; v += 0.0173f) x.push_back(pattern(v));
-    for (int n = 1; n < 6366; n++) x.push_back(pattern(static_cast<float>(n * (M_PI / 2))));
-    return x;
 }
 
 TEST(Circular, SpecialValues) {
@@ -100,62 +82,6 @@ TEST(Circular, Coefficients) {
                     : c.both        ? t.cos_of_both
                                     : t.cos});
         }
-}
-
-// At the limit the tiers differ, beyond it all share a path.
-TEST(Circular, Limit) {
-    for (const Circular &c : all()) {
-        expect(c, limit + 1, {0xBE9CF359, 0xBF73ACDD});
-        expect(c, (limit + 1) | 0x80000000, {0x3E9CF359, 0xBF73ACDD});
-        expect(c, 0x7F7FFFFF, {0xBF0599B3, 0x3F5A5F96});
-        for (const char *base : {"sinf", "cosf"})
-            EXPECT_NE(result(base, {limit}), result(base + std::string("_native"), {limit}));
-        const Circular first{family(std::string(c.f.base) + "f")};
-        for (const std::uint32_t x : samples())
-            if (x > limit) ASSERT_TRUE(c.at(8, x) == first.at(8, x)) << c.f << " of " << value(x);
-    }
-}
-
-// The families of both add up the large path's sum in another order than those of one.
-TEST(Circular, LastPlacesOfTheLargePath) {
-    EXPECT_EQ(result("sinf", {0x4624C35B}), 0x3F7F1DB5);
-    EXPECT_EQ(result("sincosf", {0x4624C35B}), 0x3F7F1DB6);
-    EXPECT_EQ(result("cosf", {0x4620ABED}), 0xBF5A6BDF);
-    EXPECT_EQ(lane(family("sincosf"), 4, {0x4620ABED}).second, 0xBF5A6BDE);
-}
-
-TEST(Circular, KeepsItsBound) {
-    const auto error = [](std::uint64_t got, double exact) {
-        return std::fabs(value(got) - exact) / std::ldexp(1, std::max(std::ilogb(exact), -126) - 23);
-    };
-    for (const Circular &c : all())
-        for (const std::uint32_t x : samples()) {
-            const double bound = x > limit ? 0.6 : c.f.bound, v = value(x);
-            const Lane plus = c.at(4, x), minus = c.at(4, x | 0x80000000);
-            if (c.sine) ASSERT_LE(error(plus.first, std::sin(v)), bound) << c.f << " of " << v;
-            if (c.cosine) ASSERT_LE(error(plus.second, std::cos(v)), bound) << c.f << " of " << v;
-            ASSERT_TRUE(minus == c.part({plus.first ^ 0x80000000, plus.second})) << c.f << " of " << -v;
-        }
-}
-
-// Small lanes keep the short path's bits beside lanes that need the others, and these come out as alone.
-TEST(Circular, NeighboursDoNotMatter) {
-    const std::uint32_t x[16] = {0x3F000000, 0x7FA00000, 0xC2C80000, 0x501502F9, 0x461C4000, 0xFF800000,
-                                 0x00000001, 0xE0AD78EC, 0x80000000, 0x7F7FFFFF, 0x40490FDB, 0x461C4001,
-                                 0x3FC90FDB, 0x7FC00000, 0xC61C4000, 0x447A0000};
-    for (const Circular &c : all())
-        for (const int width : {2, 4, 8, 16})
-            for (int from = 0; from < 16; from += width) {
-                std::uint32_t first[16], second[16];
-                const void *argument = x + from;
-                invoke(c.f, width, &argument, first, second);
-                for (int i = 0; i < width; i++) {
-                    const Lane alone = lane(c.f, 1, {x[from + i]});
-                    EXPECT_EQ(first[i], alone.first) << c.f.name(width) << " of " << value(x[from + i]);
-                    if (c.both)
-                        EXPECT_EQ(second[i], alone.second) << c.f.name(width) << " of " << value(x[from + i]);
-                }
-            }
 }
 
 } // namespace
