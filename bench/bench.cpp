@@ -4,19 +4,24 @@
 // Benchmarks are named family/width/what, what being
 //     quevar sleef    one xmm, one ymm and two ymm of arguments; SLEEF has no wider call, so two there
 //     libm            a scalar loop, width 1
+//     empty           a function that only returns, called as quevar's members of that form are
 //     one_special     quevar with one special argument in each vector
 //     all_special     quevar with nothing but special arguments
-// Options are those of Google Benchmark, and --summary for a markdown table of medians.
+// Options are those of Google Benchmark, --summary for a markdown table of medians at one ymm, and
+// --every-width for one of all widths.
 #include "peers.hpp"
 #include "summary.hpp"
 #include <benchmark/benchmark.h>
 #include <memory>
 #include <quevar/quevar.h>
 #include <random>
+#include <set>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <vector>
+
+extern "C" void quevar_bench_empty(); // in a shared object, like the members
 
 namespace quevar_bench {
 namespace {
@@ -93,6 +98,19 @@ template <int W, class F, class D> void loop_sleef(D &d) {
     }
 }
 
+// The empty function, called as a member of that type: with as many loads, and with its result stored.
+template <int W, class Member, class D> struct EmptyLoop;
+template <int W, class R, class... P, bool N, class D> struct EmptyLoop<W, R (*)(P...) noexcept(N), D> {
+    template <class T> static T argument(D &d, int i) {
+        if constexpr (std::is_pointer_v<T>) return reinterpret_cast<T>(d.s + i);
+        else return load<T>(d.x + i);
+    }
+    static void run(D &d) {
+        for (int i = 0; i < D::lanes; i += W)
+            store<W>(d, i, reinterpret_cast<R (*)(P...)>(quevar_bench_empty)(argument<P>(d, i)...));
+    }
+};
+
 template <class F, class D> void loop_libm(D &d) {
     for (int i = 0; i < D::lanes; ++i)
         if constexpr (D::Shape::pointer || D::Shape::pair)
@@ -101,11 +119,13 @@ template <class F, class D> void loop_libm(D &d) {
 }
 
 template <class D, class Peers, bool loose> struct Family {
-    std::string name;
+    std::string name, form;
     const Peers &peers;
     Summary &summary;
+    bool every_width;
 
-    void add(int width, const char *what, void (*loop)(D &), Specials specials) const {
+    void add(const std::string &name, int width, const char *what, void (*loop)(D &),
+             Specials specials) const {
         auto run = [loop, width, specials, &peers = peers](benchmark::State &state) {
             auto d = std::make_unique<D>();
             std::mt19937_64 random(1); // the same arguments for all that a family is measured beside
@@ -127,22 +147,33 @@ template <class D, class Peers, bool loose> struct Family {
         benchmark::RegisterBenchmark((name + "/" + std::to_string(width) + "/" + what).c_str(), run);
     }
 
-    template <int W, class Loop> void add_member(Loop loop) const {
-        if constexpr (W * sizeof(typename D::X) >= 16 && W * sizeof(typename D::X) <= 64 && W != 3) {
+    // Families of one form share this.
+    void add_empty(int width, void (*loop)(D &)) const {
+        static std::set<std::string> there;
+        if (there.insert(form + std::to_string(width)).second) add(form, width, "empty", loop, no_special);
+    }
+
+    template <int W, class Member, class Loop> void add_member(Loop loop) const {
+        constexpr int bytes = W * sizeof(typename D::X), most = W * sizeof(std::declval<D>().r[0]);
+        if constexpr (W == 1) add_empty(W, EmptyLoop<W, Member, D>::run);
+        if constexpr (bytes >= 16 && bytes <= 64 && W != 3) {
+            if (!every_width && std::max(bytes, most) != 32) return;
             using Sleef = std::conditional_t<loose, decltype(Peers::loose), decltype(Peers::close)>;
-            summary.lines.emplace_back(name, std::to_string(W));
-            add(W, "quevar", loop, no_special);
-            if constexpr (!std::is_same_v<Sleef, None>) add(W, "sleef", loop_sleef<W, Sleef, D>, no_special);
+            summary.lines.push_back({name, form, std::to_string(W)});
+            add_empty(W, EmptyLoop<W, Member, D>::run);
+            add(name, W, "quevar", loop, no_special);
+            if constexpr (!std::is_same_v<Sleef, None>)
+                add(name, W, "sleef", loop_sleef<W, Sleef, D>, no_special);
             if constexpr (std::is_floating_point_v<typename D::X>) {
-                add(W, "one_special", loop, one_special);
-                add(W, "all_special", loop, all_special);
+                add(name, W, "one_special", loop, one_special);
+                add(name, W, "all_special", loop, all_special);
             }
         }
     }
 
     void add_libm() const {
         using Libm = decltype(Peers::libm);
-        if constexpr (!std::is_same_v<Libm, None>) add(1, "libm", loop_libm<Libm, D>, no_special);
+        if constexpr (!std::is_same_v<Libm, None>) add(name, 1, "libm", loop_libm<Libm, D>, no_special);
     }
 };
 
@@ -156,7 +187,7 @@ template <class D, class Peers, bool loose> struct Family {
 #define SECOND_RESULT(P, W) (quevar_##P##x##W##_out *)(d.s + i)
 
 #define ADD(load, W, shape, A, P, base, mark, tier)                                                          \
-    family.template add_member<W>([](auto &d) {                                                              \
+    family.template add_member<W, decltype(&QUEVAR_NAME(base, mark, tier, W))>([](auto &d) {                 \
         for (int i = 0; i < d.lanes; i += W)                                                                 \
             store<W>(d, i,                                                                                   \
                      QUEVAR_NAME(base, mark, tier, W)(QUEVAR_VECTORS(shape, load, A, W)                      \
@@ -167,11 +198,12 @@ template <class D, class Peers, bool loose> struct Family {
 
 using quevar_void = void;
 
-void add_all(Summary &summary) {
+void add_all(Summary &summary, bool every_width) {
 #define QUEVAR_FAMILY(base, mark, tier, shape, A, R, P, filler, bound)                                       \
     {                                                                                                        \
         Family<Data<SHAPE(shape), quevar_##A, quevar_##R, quevar_##P>, decltype(peers<#base>), (bound > 4)>  \
-            family{#base #mark #tier, peers<#base>, summary};                                                \
+            family{#base #mark #tier, "empty_" #shape "_" #A "_" #R "_" #P, peers<#base>, summary,           \
+                   every_width};                                                                             \
         QUEVAR_MEMBERS(ADD_DIRECT, ADD_MEMORY, shape, A, P, base, mark, tier)                                \
         family.add_libm();                                                                                   \
     }
@@ -188,9 +220,10 @@ int main(int count, char **values) {
     std::vector<std::string> options = {values[0], "--benchmark_repetitions=9", "--benchmark_min_time=0.01",
                                         "--benchmark_enable_random_interleaving=true",
                                         "--benchmark_display_aggregates_only=true"};
-    bool summary = false;
+    bool summary = false, every_width = true;
     for (int i = 1; i < count; ++i)
-        if (std::string_view(values[i]) == "--summary") summary = true;
+        if (std::string_view(values[i]) == "--summary") summary = true, every_width = false;
+        else if (std::string_view(values[i]) == "--every-width") summary = every_width = true;
         else options.emplace_back(values[i]);
     std::vector<char *> arguments;
     for (std::string &option : options) arguments.push_back(option.data());
@@ -199,6 +232,6 @@ int main(int count, char **values) {
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
 
     quevar_bench::Summary table;
-    quevar_bench::add_all(table);
+    quevar_bench::add_all(table, every_width);
     benchmark::RunSpecifiedBenchmarks(summary ? &table : nullptr);
 }

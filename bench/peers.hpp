@@ -75,6 +75,16 @@ constexpr auto sleef_frexp = [](auto x) {
     return both;
 };
 
+// The C library has no roots: a power to the inverse.
+constexpr auto libm_rootn = [](auto x, auto n) { return LIBM(pow)(x, 1 / (decltype(x))n); };
+
+constexpr auto libm_rcbrt = [](auto x) { return 1 / LIBM(cbrt)(x); };
+
+constexpr auto libm_lgamma_r = [](auto x, int *sign) {
+    if constexpr (sizeof x == 4) return ::lgammaf_r(x, sign);
+    else return ::lgamma_r(x, sign);
+};
+
 #define PEERS(base, ...) template <> constexpr auto peers<#base> = Peers(__VA_ARGS__);
 // clang-format off
 PEERS(sqrt,  {0.01, 100}, {},        NAN, SLEEF(sqrt, ),     SLEEF(sqrt, u35),  LIBM(sqrt))
@@ -105,11 +115,42 @@ PEERS(exp10, {-36, 36},   {},        NAN, SLEEF(exp10, u10), SLEEF(exp10, u35), 
 PEERS(log,   {0.01, 100}, {},        NAN, SLEEF(log, u10),   SLEEF(log, u35),   LIBM(log))
 PEERS(log2,  {0.01, 100}, {},        NAN, SLEEF(log2, u10),  SLEEF(log2, u35),  LIBM(log2))
 PEERS(log10, {0.01, 100}, {},        NAN, SLEEF(log10, u10), SLEEF(log10, u10), LIBM(log10))
+PEERS(pow,   {0.01, 100}, {-10, 10}, NAN, SLEEF(pow, u10),   SLEEF(pow, u10),   LIBM(pow))
+PEERS(powr,  {0.01, 100}, {-10, 10}, NAN, SLEEF(pow, u10),   SLEEF(pow, u10),   LIBM(pow))
+PEERS(pown,  {0.01, 100}, {-10, 10}, NAN, None{},            None{},            LIBM(pow))
+PEERS(rootn, {0.01, 100}, {2, 20},   NAN, None{},            None{},            libm_rootn)
+PEERS(cbrt,  {-100, 100}, {},        NAN, SLEEF(cbrt, u10),  SLEEF(cbrt, u35),  LIBM(cbrt))
+PEERS(rcbrt, {-100, 100}, {},        NAN, None{},            None{},            libm_rcbrt)
+PEERS(hypot, {-100, 100}, {-100, 100}, NAN, SLEEF(hypot, u05), SLEEF(hypot, u35), LIBM(hypot))
 PEERS(tan,   {-100, 100}, {},        1e6, SLEEF(tan, u10),   SLEEF(tan, u35),   LIBM(tan))
-PEERS(sin,   {-100, 100}, {},        1e6, SLEEF(sin, u10),  SLEEF(sin, u35),   LIBM(sin))
-PEERS(cos,   {-100, 100}, {},        1e6, SLEEF(cos, u10),  SLEEF(cos, u35),   LIBM(cos))
-PEERS(sincos, {-100, 100}, {},       1e6, SLEEF(sincos, u10), SLEEF(sincos, u35), None{})
-PEERS(sincosreg, {-100, 100}, {},    1e6, SLEEF(sincos, u10), SLEEF(sincos, u35), None{})
+PEERS(erf,   {-4, 4},     {},        NAN, SLEEF(erf, u10),   SLEEF(erf, u10),   LIBM(erf))
+PEERS(erfc,  {-2, 9},     {},        NAN, SLEEF(erfc, u15),  SLEEF(erfc, u15),  LIBM(erfc))
+PEERS(tgamma, {0.5, 20},  {},        NAN, SLEEF(tgamma, u10), SLEEF(tgamma, u10), LIBM(tgamma))
+PEERS(lgamma, {0.5, 20},  {},        NAN, SLEEF(lgamma, u10), SLEEF(lgamma, u10), LIBM(lgamma))
+PEERS(lgammar, {0.5, 20}, {},        NAN, None{},            None{},            libm_lgamma_r)
+PEERS(sinpi, {-100, 100}, {},        4e15, SLEEF(sinpi, u05), SLEEF(sinpi, u05), None{})
+PEERS(cospi, {-100, 100}, {},        4e15, SLEEF(cospi, u05), SLEEF(cospi, u05), None{})
+PEERS(tanpi, {-100, 100}, {},        4e15, None{},           None{},            None{})
+PEERS(asin,  {-1, 1},     {},        NAN, SLEEF(asin, u10),  SLEEF(asin, u35),  LIBM(asin))
+PEERS(acos,  {-1, 1},     {},        NAN, SLEEF(acos, u10),  SLEEF(acos, u35),  LIBM(acos))
+PEERS(asinpi, {-1, 1},    {},        NAN, None{},            None{},            None{})
+PEERS(acospi, {-1, 1},    {},        NAN, None{},            None{},            None{})
+PEERS(expm1, {-10, 10},   {},        NAN, SLEEF(expm1, u10), SLEEF(expm1, u10), LIBM(expm1))
+PEERS(log1p, {-0.9, 100}, {},        NAN, SLEEF(log1p, u10), SLEEF(log1p, u10), LIBM(log1p))
+PEERS(sinh,  {-10, 10},   {},        NAN, SLEEF(sinh, u10),  SLEEF(sinh, u35),  LIBM(sinh))
+PEERS(cosh,  {-10, 10},   {},        NAN, SLEEF(cosh, u10),  SLEEF(cosh, u35),  LIBM(cosh))
+PEERS(tanh,  {-5, 5},     {},        NAN, SLEEF(tanh, u10),  SLEEF(tanh, u35),  LIBM(tanh))
+PEERS(asinh, {-100, 100}, {},        NAN, SLEEF(asinh, u10), SLEEF(asinh, u10), LIBM(asinh))
+PEERS(acosh, {1.01, 100}, {},        NAN, SLEEF(acosh, u10), SLEEF(acosh, u10), LIBM(acosh))
+PEERS(atanh, {-0.99, 0.99}, {},      NAN, SLEEF(atanh, u10), SLEEF(atanh, u10), LIBM(atanh))
+PEERS(sin,   {-100, 100}, {},        1e9, SLEEF(sin, u10),  SLEEF(sin, u35),   LIBM(sin))
+PEERS(cos,   {-100, 100}, {},        1e9, SLEEF(cos, u10),  SLEEF(cos, u35),   LIBM(cos))
+PEERS(sincos, {-100, 100}, {},       1e9, SLEEF(sincos, u10), SLEEF(sincos, u35), None{})
+PEERS(sincosreg, {-100, 100}, {},    1e9, SLEEF(sincos, u10), SLEEF(sincos, u35), None{})
+PEERS(atan,  {-10, 10},   {},        NAN, SLEEF(atan, u10), SLEEF(atan, u35),  LIBM(atan))
+PEERS(atanpi, {-10, 10},  {},        NAN, None{},           None{},            None{})
+PEERS(atan2, {-10, 10},   {-10, 10}, NAN, SLEEF(atan2, u10), SLEEF(atan2, u35), LIBM(atan2))
+PEERS(atan2pi, {-10, 10}, {-10, 10}, NAN, None{},           None{},            None{})
 // clang-format on
 #undef PEERS
 

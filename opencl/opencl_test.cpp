@@ -41,6 +41,52 @@ TEST(OpenCl, KernelsCallNothingButMembers) {
     EXPECT_EQ(called, expected);
 }
 
+// The member that a built-in must call, told from the built-in alone.
+std::string member_of(std::string name, int width, const std::string &argument, const std::string &result) {
+    const bool is_float = argument == "f32" || (result == "f32" && argument != "f64");
+    std::string operation, mark = is_float ? "f" : "", tier;
+    const auto take = [&](const std::string &word) {
+        const std::size_t at = name.find(word);
+        if (at == name.npos) return false;
+        name.erase(at, word.size());
+        return true;
+    };
+    if (take("convert_")) {
+        const bool to_integer = result[0] != 'f';
+        const bool saturated = take("_sat");
+        operation = to_integer          ? "cvtfpto" + result
+                    : argument == "f64" ? "cvtfp64tofp32"
+                                        : "cvt" + argument + "tofp";
+        std::string mode = to_integer ? "rtz" : "rte";
+        for (const char *named : {"rte", "rtz", "rtp", "rtn"})
+            if (take(std::string("_") + named)) mode = named;
+        operation += mode + (saturated ? "sat" : to_integer ? "nosat" : "");
+        const std::pair<std::string, std::string> types[] = {{"int", "i32"},   {"uint", "u32"},
+                                                             {"long", "i64"},  {"ulong", "u64"},
+                                                             {"float", "f32"}, {"double", "f64"}};
+        for (const auto &[type, element] : types)
+            if (element == result) EXPECT_EQ(name, type + (width == 1 ? "" : std::to_string(width)));
+    } else {
+        for (const char *prefix : {"native", "half"})
+            if (take(std::string(prefix) + "_")) tier = std::string("_") + prefix;
+        operation = name == "recip"      ? "inv"
+                    : name == "divide"   ? "div"
+                    : name == "lgamma_r" ? "lgammar"
+                                         : name;
+    }
+    return "__quevar_" + operation + mark + std::to_string(width) + tier;
+}
+
+TEST(OpenCl, BuiltinsAreTheMembersTheyAreNamedAfter) {
+#define EXPECT_NAMESAKE(W, name, base, mark, tier, A, R)                                                     \
+    EXPECT_EQ("__quevar_" #base #mark #W #tier, member_of(#name, W, #A, #R));
+#define QUEVAR_BUILTIN(name, base, mark, tier, shape, A, R, P)                                               \
+    QUEVAR_WIDTHS(EXPECT_NAMESAKE, EXPECT_NAMESAKE, name, base, mark, tier, A, R)
+#define QUEVAR_CONVERSION(W, name, base, mark, A, R) EXPECT_NAMESAKE(W, name, base, mark, , A, R)
+#include "builtins.def"
+#undef QUEVAR_BUILTIN
+}
+
 // A member at width 1 may round steps separately that the others fuse.
 template <class T> bool agree(T result, T expected) {
     if (std::memcmp(&result, &expected, sizeof(T)) == 0) return true;
@@ -49,7 +95,13 @@ template <class T> bool agree(T result, T expected) {
 }
 
 constexpr int count = 48;
-template <class T> using lanes = std::array<T, count>;
+// Aligned as an element and no better, which is all that vloadn and vstoren may count on.
+template <class T> struct lanes {
+    alignas(64) T before{};
+    T values[count]{};
+    T &operator[](int i) { return values[i]; }
+    const T &operator[](int i) const { return values[i]; }
+};
 template <class T> lanes<T> scatter(double scale) {
     lanes<T> values;
     for (int i = 0; i < count; i++) {
@@ -70,7 +122,7 @@ template <class R, class P>
 void check(const char *builtin, int width, void (*kernel)(void *, void *), R (*scalar)(int, P *)) {
     lanes<R> result{};
     alignas(64) std::array<P, count * 4 / 3> second{};
-    for (work_item = 0; work_item < size_t(count / width); work_item++) kernel(result.data(), second.data());
+    for (work_item = 0; work_item < size_t(count / width); work_item++) kernel(result.values, second.data());
     const int stride = width == 3 ? 4 : width;
     for (int i = 0; i < count; i++) {
         P second_expected{};
@@ -99,8 +151,8 @@ TEST(OpenCl, LanesAgreeWithScalarMembers) {
     check<quevar_##R, quevar_##P>(                                                                           \
         #name, W,                                                                                            \
         [](void *result, void *second) {                                                                     \
-            name##_##A##x##W(&x<quevar_##A>, &y<Beside<quevar_##A, is_with_int(#shape)>>, &z<quevar_##A>,    \
-                             second, result);                                                                \
+            name##_##A##x##W(x<quevar_##A>.values, y<Beside<quevar_##A, is_with_int(#shape)>>.values,        \
+                             z<quevar_##A>.values, second, result);                                          \
         },                                                                                                   \
         [](int i, [[maybe_unused]] quevar_##P *second) {                                                     \
             return QUEVAR_NAME(base, mark, tier,                                                             \
@@ -118,7 +170,7 @@ TEST(OpenCl, ScalarsStandBesideVectors) {
     check<quevar_##A, quevar_void>(                                                                          \
         #name, W,                                                                                            \
         [](void *result, void *) {                                                                           \
-            name##_scalar_##A##x##W(&x<quevar_##A>, &y<quevar_##Y>, nullptr, nullptr, result);               \
+            name##_scalar_##A##x##W(x<quevar_##A>.values, y<quevar_##Y>.values, nullptr, nullptr, result);   \
         },                                                                                                   \
         [](int i, quevar_void *) { return std::name(x<quevar_##A>[i], y<quevar_##Y>[i / W]); });
 #define QUEVAR_BUILTIN_SCALAR(name, A, Y)                                                                    \

@@ -14,20 +14,34 @@ struct {
     {" exp ", {-745.14, -708.4, -103.98, -87.34, 0, 87.34, 88.73, 709.79}},
     {" exp2 ", {-1075, -1022, -150, -149, -126, 0, 126, 128, 1024}},
     {" exp10 ", {-323.7, -307.7, -45.16, -37.93, 0, 37.93, 38.54, 308.26}},
-    {" expm1 ", {-44, -17.4, -0.5, 0, 0.5, 17.4, 88.73, 709.79}},
-    {" log log2 log10 ", {0, 0.5, 2. / 3, 0.70710678118654752, 1, 4. / 3, 1.4142135623730951, 2}},
-    {" log1p ", {-1, -0.5, -0.29289321881345248, 0, 0.41421356237309505, 1, 2}},
+    {" expm1 ", {-707.71, -86.65, -37, -17.4, -0.5, 0, 0.5, 17.4, 86.65, 88.73, 707.71, 709.79}},
+    {" log log2 log10 ",
+     {0, 0.5, 2. / 3, 0.70710678118654752, 0.998, 1, 1.002, 4. / 3, 1.4142135623730951, 2}},
+    {" pow powr pown rootn ",
+     {0, 0.5, 2. / 3, 0.9921875, 1, 1.015625, 4. / 3, 1.4142135623730951, 1.4375, 2, 10}},
+    {" log1p ", {-1, -0.5, -1. / 3, -0.29289321881345248, 0, 0.33333333333333333, 0.41421356237309505, 1, 2}},
+    {" cbrt rcbrt ", {0, 0.125, 0.25, 0.5, 1, 2, 4, 8}},
+    {" hypot ", {0, 8.2e-11, 9.7e-11, 1, 8.6e9, 9.6e9}}, // roots of the least and greatest sums
     {" sin cos sincos sincosreg ",
-     {0, 0.7853981633974483, 1.5707963267948966, 3.1415926535897931, 100, 1e4, 1e5}},
-    {" tan ", {0, 0.7853981633974483, 1.5707963267948966, 3.1415926535897931, 8256, 1e5}},
-    {" sinpi cospi tanpi ", {0, 0.25, 0.5, 1, 1.5, 2, 4194304, 8388608, 16777216}},
-    {" asin acos asinpi acospi atanh ", {0, 0.5, 0.70710678118654752, 1}},
-    {" acosh ", {1, 1.5, 2, 30}},
-    {" sinh cosh ", {0, 0.5, 1, 88.73, 89.42, 709.79, 710.48}},
-    {" tanh ", {0, 0.5, 1, 9.02, 19.07}},
+     {0, 0.7853981633974483, 1.5707963267948966, 3.1415926535897931, 12, 100, 1e4, 1e5, 8388608, 16777216,
+      1073741824}},
+    {" tan ", {0, 0.7853981633974483, 1.5707963267948966, 3.1415926535897931, 8256, 128000, 1e6}},
+    {" sinpi cospi tanpi ",
+     {0, 0.25, 0.5, 1, 1.5, 2, 0x1p20, 0x1p22, 0x1p23, 0x1p24, 0x1p31, 0x1p43, 0x1p49, 0x1p51, 0x1p59}},
+    {" asin acos asinpi acospi ", {0, 0.5, 0.70710678118654752, 1}},
+    {" atan atanpi ", {0, 0.125, 0.375, 1, 2, 7.875, 1e6}},
+    {" atanh ", {0, 0x1p-12, 0x1p-9, 0.5, 0.70710678118654752, 1}},
+    {" asinh ", {0, 0x1p-11, 0x1p-9, 0.0625, 0.5, 1, 30, 0x1p30}},
+    {" acosh ", {1, 1.0000076, 1.0004883, 1.5, 2, 30, 0x1p30}},
+    {" sinh cosh ",
+     {0, 0.34657359027997264, 1.0397207708399179, 10, 87.34, 88.73, 89.42, 707.7, 710.4758, 710.48}},
+    {" tanh ", {0, 0.03125, 0.125, 0.5, 1, 9.02, 10, 19.07, 20}},
     {" erf ", {0, 0.84375, 1.25, 2, 3.92, 6}},
     {" erfc ", {-6, -3.84, 0, 0.5, 2, 9.2, 10.06, 26.55, 27.23}},
-    {" tgamma lgamma lgammar ", {-184, -42, -3, -2, -1, 0, 1, 2, 3, 35.1, 171.7}},
+    {" tgamma ", {-184, -176, -42, -40, -3, -2, -1, 0, 1, 1.25, 1.5, 1.75, 2, 3, 8, 16, 35.1, 171.7}},
+    {" lgamma lgammar ",
+     {-512, -15, -8.0000248, -4.9915446, -3.9552943, -3.1435809, -2.7476826, -2.4570247, -2.00000003, -1, 0,
+      0.875, 1, 2, 2.25, 4, 512, 8192}},
 };
 const std::vector<double> ordinary_points = {0, 0.5, 1, 2, 10};
 
@@ -126,6 +140,11 @@ public:
             return bits(exponent(x));
         }
     }
+    // An x whose quotient by y is half an odd number, or next to that: there the remainder changes its sign.
+    std::uint64_t near_tie(std::uint64_t y) {
+        const double quotient = std::ldexp(2. * static_cast<double>(next() >> (40 + below(24))) + 1, -1);
+        return cut(bits(quotient * value_of(type, y)) + below(5) - 2);
+    }
     double exponent(std::uint64_t x) {
         double range = type == Type::f32 ? 150 : 1075;
         return uniform(-range, range) / std::log2(std::fabs(value_of(type, x)));
@@ -142,7 +161,9 @@ private:
 std::vector<Arguments> sample(const Family &family, int count) {
     const std::vector<double> &points = points_of(family.base);
     Sampler sampler(family.a, points), integers(Type::i32, points);
-    const bool with_int = family.shape == Shape::with_int;
+    const bool with_int = family.shape == Shape::with_int,
+               takes_remainder =
+                   family.base == std::string_view("remainder") || family.base == std::string_view("remquo");
     std::vector<Arguments> list;
 
     const auto specials = sampler.specials();
@@ -170,6 +191,7 @@ std::vector<Arguments> sample(const Family &family, int count) {
         } else {
             y = is_float(family.a) ? sampler.beside(x) : sampler.number();
         }
+        if (takes_remainder && sampler.below(2)) x = sampler.near_tie(y);
         // Half of the sums cancel.
         if (family.shape == Shape::ternary && sampler.below(2))
             z = sampler.neighbour(sampler.bits(-value_of(family.a, x) * value_of(family.a, y)));

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cinttypes>
 #include <cstdio>
+#include <immintrin.h>
 #include <string_view>
 
 namespace quevar::tool {
@@ -21,7 +22,7 @@ static_assert(offsetof(CallState, integer) == 24 && offsetof(CallState, preserve
 
 // As floats a quiet and a signalling NaN, as a double a signalling NaN.
 constexpr std::uint64_t garbage = 0x7ff4'dead'7fa5'beef;
-constexpr unsigned mxcsr_control = 0xffc0;
+constexpr unsigned mxcsr_control = 0xffc0, mxcsr_flags = 0x3f;
 
 // A block that a member writes, aligned as its elements are and no better, between guard bytes.
 class Guarded {
@@ -77,6 +78,7 @@ void check_preserved(const Family &f, int width, const CallState &s) {
         if (s.preserved[i] != garbage + i) broken(f, width, std::string(names[i]) + " not preserved");
     if (s.rsp[0] != s.rsp[1]) broken(f, width, "rsp not preserved");
     if ((s.mxcsr[0] ^ s.mxcsr[1]) & mxcsr_control) broken(f, width, "MXCSR control bits not preserved");
+    if (s.mxcsr[0] & ~s.mxcsr[1] & mxcsr_flags) broken(f, width, "exception flags cleared");
     if (s.x87_control[0] != s.x87_control[1]) broken(f, width, "x87 control word not preserved");
     if (s.x87_tags != 0xffff) broken(f, width, "x87 registers left in use");
 }
@@ -126,6 +128,7 @@ void invoke(const Family &f, int width, const void *const *arguments, void *resu
     if (has_pointer) call.pass_pointer(target.block());
 
     quevar_tool_call(&call.state);
+    _mm_setcsr(_mm_getcsr() | (call.state.mxcsr[1] & mxcsr_flags));
 
     check_preserved(f, width, call.state);
     if (!block.intact() || !target.intact()) broken(f, width, "wrote beyond its result");

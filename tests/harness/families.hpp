@@ -55,7 +55,8 @@ struct BrokenInterface : std::runtime_error {
 //
 // The call is made as unpleasant as the interface allows: garbage NaNs stand in every register and bit
 // that carries nothing, and memory has the least alignment allowed. Preserved registers, the control
-// words and the bytes around each block that the callee writes are checked: BrokenInterface.
+// words and the bytes around each block that the callee writes are checked, and that no exception flag is
+// cleared: BrokenInterface. Flags that the callee raises are raised afterwards.
 void invoke(const Family &, int width, const void *const *arguments, void *result, void *second);
 
 template <class T> std::uint64_t bits_of(T value) {
