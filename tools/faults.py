@@ -43,12 +43,10 @@ def arguments_of_call(text, start):
 
 def faults_of(text):
     """All faults of a text as (kind, start, end, replacement)."""
-    code_end = [m.start() for m in re.finditer(r"//[^\n]*", text)]
     comment = [False] * len(text)
     for m in re.finditer(r"//[^\n]*", text):
         for i in range(m.start(), m.end()):
             comment[i] = True
-    del code_end
     found = []
     for m in re.finditer(r"0x([0-9A-F]{15}|[0-9A-F]{7})([0-9A-F])\b|0x([0-9A-F]{15}|[0-9A-F]{7})([0-9A-F])_f", text):
         digit = m.end(2) - 1 if m[2] else m.end(4) - 1

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Writes points.txt and estimates.txt, which quevar_bits reads: collect.py LIBRARY.
+"""Writes points.txt and estimates.txt for quevar_bits, witnesses.txt for quevar_accuracy: collect.py LIBRARY.
 
 points.txt: for each base, as its families are named, the patterns that stand in its source and in the headers that it
 includes from its folder. estimates.txt: the families whose members use a reciprocal estimate of the processor, by the
-disassembly of the library."""
+disassembly of the library. witnesses.txt: the arguments that comments name as the worst known."""
 import pathlib
 import re
+import struct
 import subprocess
 import sys
 
@@ -38,6 +39,39 @@ def points():
             file.write(" ".join([base, *patterns]) + "\n")
 
 
+def worst_arguments(text):
+    """What the comments that begin with "Worst" name, in order: patterns of arguments and whole numbers."""
+    for comment in re.findall(r"//[^\n]*\bWorst\b(?:[^\n]*\n *//)*[^\n]*", text):
+        comment = re.sub(r"\n *//", " ", comment[comment.index("Worst"):])
+        comment = re.sub(r"\bgives?\s+0x\w+(,\s+wanted\s+[.\w]+)?|\(.*?\)", "", comment)
+        comment = re.sub(r"0x1\.\w+p[-+]\d+",
+                         lambda m: "0x" + struct.pack(">d", float.fromhex(m[0])).hex().upper(), comment)
+        comment = re.sub(r"-?\d+\.\d+(e[-+]?\d+)?|-?\d+e[-+]?\d+", "", comment)
+        yield re.findall(r"0x(?:[0-9A-F]{16}|[0-9A-F]{8})\b|(?<![\w^-])-?\d+\b", comment)
+
+
+def witnesses():
+    found = {}
+    for path in sorted(source.rglob("*.cpp")):
+        text = text_with_headers(path, set())
+        for base, mark, shape in set(re.findall(r"QUEVAR_EXPORT\((\w+), (\w*), \w*, (\w+),", text)):
+            digits = 8 if mark else 16
+            first, whole = rf"0x\w{{{digits}}}", r"-?\d+"
+            form = {"binary": [first, first], "with_int": [first, whole]}.get(shape, [first])
+            for words in worst_arguments(text):
+                while words:
+                    if all(re.fullmatch(f, w) for f, w in zip(form, words)) and len(words) >= len(form):
+                        as_bits = [w if w.startswith("0x") else f"0x{int(w) & 0xFFFFFFFF:08X}" for w in words]
+                        found.setdefault(base + mark, {})[" ".join(as_bits[:len(form)])] = None
+                        words = words[len(form):]
+                    else:
+                        words = words[1:]
+    with open(here / "witnesses.txt", "w") as file:
+        for base, lines in sorted(found.items()):
+            for line in lines:
+                file.write(f"{base} {line}\n")
+
+
 def estimates(library):
     listing = subprocess.run(["objdump", "-d", "--no-show-raw-insn", library], check=True, capture_output=True, text=True)
     uses, calls, function = set(), {}, None
@@ -57,5 +91,7 @@ def estimates(library):
             file.write(name + "\n")
 
 
-points()
-estimates(sys.argv[1])
+if __name__ == "__main__":
+    points()
+    witnesses()
+    estimates(sys.argv[1])

@@ -96,48 +96,33 @@ TEST(Sqrt, LowerTiers) {
               0xFFF8000020000000u); // a float's share of the payload
 }
 
-// From the last argument that has an estimate to the first that is divided by.
+// Up to where an estimate serves, and from where it must give way to division: beyond those ends the estimate
+// is a denormal that is lost, or an infinity.
 TEST(Estimates, GiveWayToDivision) {
-    const auto exact = [](const std::string &name, std::uint64_t x) {
-        const Family &f = family(name);
-        const double X = value_of(f.a, x);
-        return lane(f, 4, {x, x}).first == (f.a == Type::f32 ? pattern(float(1 / X)) : pattern(1 / X));
-    };
-    for (const std::uint32_t x : {0x00000123u, 0x007FFFFFu, 0x7E7FE801u, 0xFE7FE801u, 0x7F7FFFFFu})
-        EXPECT_TRUE(exact("invf_native", x)) << std::hex << x;
-    for (const std::uint64_t x :
-         {0x0000400000000001u, 0x001FFFFFFFFFFFFFu, 0x7FD0000000000123u, 0xFFEFFFFFFFFFFFFFu})
-        EXPECT_TRUE(exact("inv_native", x)) << std::hex << x;
-    for (const std::uint32_t x : {0x00800123u, 0x7E6FE800u})
-        EXPECT_FALSE(exact("invf_native", x)) << std::hex << x;
-    for (const std::uint64_t x : {0x0020000000012345u, 0x7FC6ABCD12345678u})
-        EXPECT_FALSE(exact("inv_native", x)) << std::hex << x;
-    const std::uint64_t seven = pattern(7.0f);
-    for (const std::uint32_t y : {0x00000123u, 0x007FFFFFu, 0x7E800001u, 0xFF7FFFFFu})
-        EXPECT_EQ(result("divf_native", {seven, y}), pattern(7 / std::bit_cast<float>(y))) << std::hex << y;
-    EXPECT_NE(result("divf_native", {seven, 0x7E7EDCBA}), pattern(7 / std::bit_cast<float>(0x7E7EDCBA)));
-}
-
-// Powers of four have exact roots; on both sides of the ends of the main path the result is right to the last
-// place.
-TYPED_TEST(Division, ReciprocalRoots) {
-    using T = TypeParam;
-    using Limits = std::numeric_limits<T>;
-    for (int e = (Limits::min_exponent - Limits::digits) / 2; 2 * e < Limits::max_exponent; ++e)
-        EXPECT_EQ(this->of("rsqrt", "", std::ldexp(T(1), 2 * e)), pattern(std::ldexp(T(1), -e))) << e;
-
-    std::mt19937_64 random(3);
-    const int top = int(this->infinity >> this->digits);
-    for (const int field : {0, 1, 2, 3, 0x34, 0x35, top - 3, top - 2, top - 1})
-        for (int i = 0; i < 500; ++i) {
-            const T x = this->number((random() & ((1ull << this->digits) - 1)) | std::uint64_t(field)
-                                                                                     << this->digits);
-            const T wanted = T(1 / std::sqrt((long double)x)),
-                    ulp = std::nextafter(wanted, this->inf) - wanted;
-            EXPECT_NEAR(this->number(this->of("rsqrt", "", x)), wanted, ulp) << x;
-            EXPECT_NEAR(this->number(this->of("rsqrt", "_native", x)), wanted,
-                        ulp * (sizeof(T) == 4 ? 4 : 300000))
-                << x;
+    const struct {
+        const char *name;
+        std::uint64_t last, first; // estimated, divided
+    } ends[] = {{"divf", 0x7E7FFFFF, 0x7E800000},
+                {"divf", 0x00800000, 0x007FFFFF},
+                {"invf", 0x7E7FE7FF, 0x7E7FE801},
+                {"invf", 0x00800000, 0x007FFFFF},
+                {"inv", 0x7FCFFFFF00000000, 0x7FD0000100000000},
+                {"inv", 0x0020000000000000, 0x001FFFFFFFFFFFFF}};
+    for (const auto &[name, last, first] : ends)
+        for (const std::string tier : {"_native", "_half"}) {
+            if (name == std::string("inv") && tier == "_half") continue;
+            const Family &f = family(name + tier);
+            const std::uint64_t sign = 1ull << (8 * size_of(f.a) - 1), three = pattern(3.0f);
+            const auto of = [&](std::uint64_t y) {
+                const double x = f.arguments() == 2 ? 3 : 1, exact = x / value_of(f.a, y),
+                             got = value_of(
+                                 f.a, (f.arguments() == 2 ? lane(f, 4, {three, y}) : lane(f, 4, {y})).first);
+                return got / (f.a == Type::f32 ? double(float(exact)) : exact) - 1;
+            };
+            for (const std::uint64_t s : {std::uint64_t(0), sign}) {
+                EXPECT_LE(std::fabs(of(last | s)), 1.5 * 0x1p-12) << f << std::hex << last;
+                EXPECT_EQ(of(first | s), 0) << f << std::hex << first;
+            }
         }
 }
 

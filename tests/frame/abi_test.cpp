@@ -3,6 +3,7 @@
 // on callees that break each rule.
 #include "abi_families.hpp"
 #include "harness/families.hpp"
+#include <cfenv>
 #include <gtest/gtest.h>
 
 extern "C" {
@@ -99,6 +100,7 @@ QUEVAR_BROKEN(clobbers_rbx, "xor %ebx, %ebx")
 QUEVAR_BROKEN(clobbers_r15, "inc %r15")
 QUEVAR_BROKEN(returns_below, "pop %rcx \n push %rcx \n push %rcx")
 QUEVAR_BROKEN(changes_mxcsr, "movl $0x5f80, -8(%rsp) \n ldmxcsr -8(%rsp)")
+QUEVAR_BROKEN(clears_flags, "movl $0x1f80, -8(%rsp) \n ldmxcsr -8(%rsp)")
 QUEVAR_BROKEN(changes_x87_control, "movw $0x27f, -8(%rsp) \n fldcw -8(%rsp)")
 QUEVAR_BROKEN(leaves_x87_register, "fldz")
 QUEVAR_BROKEN(writes_after, "vmovups %ymm0, (%rdi)")
@@ -122,6 +124,7 @@ TEST(Invoke, NoticesABrokenInterface) {
         {clobbers_r15, unary, Type::f32, 8, "r15"},
         {returns_below, unary, Type::f32, 8, "rsp"},
         {changes_mxcsr, unary, Type::f32, 8, "MXCSR"},
+        {clears_flags, unary, Type::f32, 8, "flags"},
         {changes_x87_control, unary, Type::f32, 8, "x87 control"},
         {leaves_x87_register, unary, Type::f32, 8, "x87 registers"},
         {writes_after, unary_pointer, Type::f32, 4, "beyond"},
@@ -130,6 +133,7 @@ TEST(Invoke, NoticesABrokenInterface) {
         {drops_block, binary, Type::f64, 16, "rax"},
         {writes_before, binary, Type::f64, 16, "beyond"},
     };
+    std::feraiseexcept(FE_INEXACT);
     for (const auto &c : cases) {
         Family f{"broken", "", "", c.shape, c.type, c.type, c.shape == unary_pointer ? c.type : Type::none,
                  0,        0,  {}};

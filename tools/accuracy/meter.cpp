@@ -38,7 +38,7 @@ Domain domain_of(const Family &family) {
 Meter::Meter(const Family &family, Type type, const Reference &reference)
     : family(family), type(type), reference(reference), count(family.arguments()),
       digits(type == Type::f32 ? 24 : 53), emin(type == Type::f32 ? -126 : -1022),
-      emax(type == Type::f32 ? 127 : 1023) {
+      emax(type == Type::f32 ? 127 : 1023), asked(relaxed(family.base, family.tier)) {
     const Domain domain = domain_of(family);
     low = domain.low;
     high = domain.high;
@@ -75,7 +75,8 @@ void Meter::add(const Arguments &arguments, std::uint64_t got, int width) {
     if (reference.near)
         most = type == Type::f32 ? estimate<double>(reference.near, arguments, value_of(type, got))
                                  : estimate<long double>(reference.near_long, arguments, value_of(type, got));
-    const bool interesting = worst_.width == 0 || most > worst_.error || (family.bound == 0 && most >= 0.5);
+    const bool interesting = worst_.width == 0 || most > worst_.error || (family.bound == 0 && most >= 0.5) ||
+                             (asked && most > asked->least);
     if (!interesting && ++skipped % 4096) return;
     Worst found = measure(arguments, got, width);
     if (found.error > most)
@@ -123,6 +124,12 @@ Worst Meter::measure(const Arguments &arguments, std::uint64_t got_bits, int wid
     mpfr_sub(difference, difference, exact, MPFR_RNDN);
     mpfr_mul_2si(difference, difference, digits - 1 - std::clamp<long>(top, emin, emax), MPFR_RNDN);
     w.error = std::fabs(mpfr_get_d(difference, MPFR_RNDN));
+    if (asked) {
+        double v[3]{};
+        for (int k = 0; k < count; ++k) v[k] = value_of(family.argument(k), arguments[k]);
+        // Outside normal numbers nothing is asked: relaxed math may take them for zero or infinite.
+        if (top >= emin && top <= emax && w.error > asked->ulps(v, top)) keeps_to_relaxed_ = false;
+    }
     return w;
 }
 

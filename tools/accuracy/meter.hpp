@@ -2,6 +2,7 @@
 #pragma once
 #include "harness/arguments.hpp"
 #include "reference.hpp"
+#include "relaxed.hpp"
 
 namespace quevar::tool {
 
@@ -21,6 +22,7 @@ public:
 
     void add(const Arguments &, std::uint64_t got, int width);
     const Worst &worst() const { return worst_; }
+    bool keeps_to_relaxed() const { return keeps_to_relaxed_; }
     static bool exceeds(const Family &, const Worst &);
     static bool worse(const Family &, const Worst &a, const Worst &b);
 
@@ -34,6 +36,8 @@ private:
     const int count, digits, emin, emax;
     double low, high; // of |x| for which the family promises anything
     unsigned skipped = 0;
+    const Relaxed *const asked; // null if the family is not for relaxed math
+    bool keeps_to_relaxed_ = true;
     Worst worst_;
     mpfr_t value[3], truncated, exact, difference;
 };
