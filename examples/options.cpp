@@ -1,7 +1,5 @@
-// Prices calls on a stock index at the close of every month, at many strikes and maturities, with the kernels
-// of options.cl, and checks every price against the same formula in MPFR.
-//
-//     options index.txt
+// Prices calls over a grid of strikes, maturities and volatilities with the kernels of options.cl, and checks
+// every price against the same formula in MPFR.
 #include "host.hpp"
 
 #define KERNELS(prefix)                                                                                      \
@@ -16,27 +14,25 @@ KERNELS()
 KERNELS(scalar_)
 }
 
-constexpr int strikes = 64, maturities = 24;
-constexpr float rate = 0.03f; // of interest: an assumption, as the list has none
+constexpr int strikes = 64, maturities = 24, volatilities = 128;
+constexpr float price_today = 100, rate = 0.03f; // the rate of interest is that of a year
 
 struct options {
     plane spot, strike, volatility, years;
 
-    // Each close with the volatility of the year before it; strikes from 0.7 to 1.33 of it; up to two years.
-    explicit options(const std::vector<double> &close) {
-        for (size_t month = 12; month < close.size(); month++) {
-            double sum = 0, squares = 0;
-            for (size_t m = month - 11; m <= month; m++) {
-                const double gain = std::log(close[m] / close[m - 1]);
-                sum += gain, squares += gain * gain;
-            }
-            for (int option = 0; option < strikes * maturities; option++) {
-                spot.push_back(close[month]);
-                volatility.push_back(std::sqrt(12 * (squares - sum * sum / 12) / 11));
-                strike.push_back(close[month] * (70 + option % strikes) / 100);
-                years.push_back((option / strikes + 1) / 12.0);
-            }
-        }
+    // Strikes from 70 to 133, maturities from one month to two years, volatilities from 5 % to 68.5 %.
+    options() {
+        for (int v = 0; v < volatilities; v++)
+            for (int month = 1; month <= maturities; month++)
+                for (int k = 0; k < strikes; k++) {
+                    spot.push_back(price_today);
+                    strike.push_back(70 + k);
+                    volatility.push_back((10 + v) * 0.005);
+                    years.push_back(month / 12.0);
+                }
+    }
+    static constexpr int index(int strike, int month, int per_mille) {
+        return ((per_mille / 5 - 10) * maturities + month - 1) * strikes + strike - 70;
     }
 
     // spot N(d) - strike exp(-rate years) N(d - sigma), in ulps of the spot price.
@@ -73,17 +69,8 @@ struct options {
     }
 };
 
-int main(int argc, char **argv) {
-    if (argc != 2) fail("needs a list of closing prices", argv[0]);
-    FILE *const file = fopen(argv[1], "r");
-    if (!file) fail("cannot be read", argv[1]);
-    std::vector<double> closes;
-    for (char line[200]; fgets(line, sizeof line, file);)
-        if (double close; sscanf(line, "%*d-%*d %lf", &close) == 1) closes.push_back(close);
-    fclose(file);
-    if (closes.size() < 13) fail("needs more than a year of closing prices", argv[1]);
-
-    const options o(closes);
+int main(int, char **argv) {
+    const options o;
     const size_t count = o.spot.size();
     const float *spot = o.spot.data(), *strike = o.strike.data();
     const float *volatility = o.volatility.data(), *years = o.years.data();
@@ -112,9 +99,9 @@ int main(int argc, char **argv) {
         run("price (ulps of spot)", count, {10, [&](mpfr_ptr value, size_t i) { return o.exact(value, i); }},
             BOTH(price), spot, strike, volatility, years, rate);
 
-    const size_t last = count - strikes * maturities + strikes * 11 + 30; // a year, at the money
-    printf("Last close %.2f, volatility of the year before %.1f %%, interest %.0f %%: "
-           "a call at %.2f in a year is worth %.2f.\n",
-           spot[last], 100 * volatility[last], 100 * rate, strike[last], call[last]);
+    constexpr int example = options::index(110, 12, 200);
+    printf("At a price of %.0f today, a volatility of %.0f %% and interest of %.0f %%, "
+           "a call at %.0f in a year is worth %.2f.\n",
+           spot[example], 100 * volatility[example], 100 * rate, strike[example], call[example]);
     if (!within_bounds) fail("a result is farther from the exact value than its bound", argv[0]);
 }
