@@ -5,8 +5,8 @@
 
 Each fault is made in a copy of one source file: the last bit of a constant or of a table's entry flipped, a fused step
 made separate, a comparison made strict or the reverse, a term of a special mask removed, another tier's class exported.
-The file is compiled as the build compiles it, linked into a library beside the other objects, and `quevar_bits check`
-runs on the families that the file exports. Code that comes out the same is reported as having no effect. Exit status:
+The file is compiled as the build compiles it, linked into a library beside the other objects, and the record of
+constants and that of result bits, `quevar_bits check` on the families that the file exports, look at it. Code that comes out the same is reported as having no effect. Exit status:
 1 if a fault survives that is not in EQUIVALENT."""
 import argparse
 import json
@@ -111,7 +111,11 @@ class Laboratory:
         subprocess.run(words, cwd=self.build, check=True, capture_output=True)
 
     def check(self, families):
-        """None where the record holds, else what noticed."""
+        """None where the records hold, else what noticed."""
+        constants = subprocess.run([sys.executable, str(root / "tests/bits/constants.py"), "check",
+                                    str(self.folder / "__quevar.so.3.7")], capture_output=True)
+        if constants.returncode:
+            return "constants"
         environment = dict(os.environ, LD_LIBRARY_PATH=str(self.folder))
         run = subprocess.run([f"{self.build}/tests/quevar_bits", "check", *families], env=environment,
                              capture_output=True, text=True, timeout=600)
