@@ -5,9 +5,9 @@
 
 Each fault is made in a copy of one source file: the last bit of a constant or of a table's entry flipped, a fused step
 made separate, a comparison made strict or the reverse, a term of a special mask removed, another tier's class exported.
-The file is compiled as the build compiles it, linked into a library beside the other objects, and the record of
-constants and that of result bits, `quevar_bits check` on the families that the file exports, look at it. Code that comes out the same is reported as having no effect. Exit status:
-1 if a fault survives that is not in EQUIVALENT."""
+The file is compiled as the build compiles it and linked into a library beside the other objects. The record of constants
+and that of result bits, for the families that the file exports, look at it. Code that comes out the same is reported as
+having no effect. Exit status: 1 if a fault survives that is not in EQUIVALENT."""
 import argparse
 import json
 import os
